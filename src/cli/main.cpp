@@ -1,0 +1,5 @@
+#include <fmt/core.h>
+
+int main() {
+  fmt::print("velmora {}\n", VELMORA_VERSION);
+}

@@ -1,0 +1,34 @@
+#include "common/localized_field_name.h"
+
+#include <algorithm>
+
+namespace velmora {
+
+namespace {
+
+std::string upperCased(std::string_view text) {
+  std::string upper(text);
+  std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  });
+  return upper;
+}
+
+}  // namespace
+
+std::string LocalizedFieldName(std::string_view stem, std::string_view language, bool addChsSuffix,
+                               bool addAlias) {
+  std::string field(stem);
+  const std::string code = upperCased(language);
+  if (code == "CHT") {
+    field += "_CHT";
+  } else if (code == "EN") {
+    field += "_EN";
+  } else if (addChsSuffix) {
+    field += "_CHS";
+  }
+  if (addAlias) field.append(" as ").append(stem);
+  return field;
+}
+
+}  // namespace velmora
