@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "velmora/ado/connection.h"
+
+namespace velmora::cli::demo {
+
+enum class Side { kReceivables, kPayables };
+
+/// How often one kind of fault was planted, as the closing check counts it.
+struct PlantedFinding {
+  Side side = Side::kReceivables;
+  int checkItem = 0;  ///< 1 to 14, the position in the full list of closing checks
+  std::string name;   ///< short English name of the check item
+  int count = 0;      ///< rows the closing check of the current period lists
+};
+
+/// Every check item of both sides in order, those with nothing planted included.
+using PlantedFindings = std::vector<PlantedFinding>;
+
+struct GenerateOptions {
+  std::int64_t documents = 0;  ///< per side, at least 1
+  std::uint64_t seed = 1;      ///< the same seed gives the same account set
+  /// Called now and then with the documents written so far, of both sides, and
+  /// with their total once everything is stored. May be empty.
+  std::function<void(std::int64_t done, std::int64_t total)> progress;
+};
+
+/// Fills an empty, writable database with the tables of an account set and the
+/// small demonstration set. Raises com::Error.
+PlantedFindings createSmallSet(ado::Connection& connection);
+
+/// Fills an empty, writable database with the tables of an account set and
+/// `options.documents` documents a side, consistent but for a seeded share of
+/// planted faults. Raises com::Error.
+PlantedFindings createGeneratedSet(ado::Connection& connection, const GenerateOptions& options);
+
+}  // namespace velmora::cli::demo
