@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velmora::tsql {
+
+/// A product or quotient of decimals that DuckDB's own arithmetic cannot give exactly.
+/// The provider registers it as a scalar function
+///   name(DECIMAL(38,leftScale), DECIMAL(38,rightScale)) -> DECIMAL(38,resultScale)
+/// NULL in, NULL out. The exact result is cut (quotient) or rounded half away from zero
+/// (product) at resultScale. Errors, by text: divisor zero kDivideByZero, more than 38
+/// digits kArithmeticOverflow.
+struct DecimalFunction {
+  enum class Operation { multiply, divide };
+  Operation operation = Operation::divide;
+  int leftScale = 0;
+  int rightScale = 0;
+  int resultScale = 0;
+
+  /// For instance "velmora_div_4_10_6"; one name, one function.
+  std::string name() const;
+  friend bool operator==(const DecimalFunction&, const DecimalFunction&) = default;
+};
+
+inline constexpr std::string_view kDivideByZero = "8134: Divide by zero error encountered.";
+inline constexpr std::string_view kArithmeticOverflow =
+    "8115: Arithmetic overflow error converting expression to data type numeric.";
+
+/// Statements (temporary macros) that a connection runs once before the first
+/// translated statement; allowed on a read-only database.
+std::string_view engineSetupSql();
+
+/// A DuckDB error text as SQL Server would say it: errors that translated statements
+/// raise themselves ("245: Conversion failed ...") without DuckDB's prefix, overflows
+/// as 8115, failed conversions as 8114; any other text as it is.
+std::string sqlServerError(std::string_view engineMessage);
+
+}  // namespace velmora::tsql
