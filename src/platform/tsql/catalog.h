@@ -11,7 +11,7 @@
 namespace velmora::tsql {
 
 /// Numbering of an identity column.
-struct Identity {
+struct IdentityColumn {
   std::int64_t seed = 1;
   std::int64_t increment = 1;
 };
@@ -20,7 +20,7 @@ struct ColumnInfo {
   std::string name;  ///< as declared
   SqlType type;
   bool nullable = true;
-  std::optional<Identity> identity;
+  std::optional<IdentityColumn> identity;
   /// The default as a DuckDB expression of the column's type; absent: NULL.
   std::optional<std::string> defaultSql;
 };
@@ -33,8 +33,7 @@ struct TableInfo {
   std::int64_t objectId = 0;  ///< what object_id() answers; not 0
   std::vector<ColumnInfo> columns;
   std::vector<std::string> primaryKey;  ///< column names; empty: none
-  /// System views (sysobjects, syscolumns) cannot be changed.
-  bool readOnly = false;
+  bool isView = false;                  ///< cannot be changed
 };
 
 /// The tables that statements of one connection may name. The pointers handed out

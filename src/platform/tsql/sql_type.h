@@ -1,11 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
-#include <span>
 #include <string>
-#include <string_view>
 
+#include "platform/tsql/ast_expression.h"
 #include "velmora/ado/enums.h"
 #include "velmora/ado/rowset.h"
 
@@ -13,7 +11,7 @@ namespace velmora::tsql {
 
 /// Kinds of T-SQL types, in rising order of precedence: where two types meet, the
 /// value of the lower one is converted to the higher one.
-enum class TypeKind : std::uint8_t {
+enum class SqlKind : std::uint8_t {
   untypedNull,  ///< the word NULL by itself
   character,    ///< char(n)
   varchar,
@@ -28,7 +26,7 @@ enum class TypeKind : std::uint8_t {
   money,
   decimal,
   real,
-  floating,
+  floating,  ///< float
   date,
   dateTime,
 };
@@ -38,52 +36,42 @@ struct SqlType {
   /// The length of varchar(max) and nvarchar(max).
   static constexpr std::int64_t kMaxLength = -1;
 
-  TypeKind kind = TypeKind::untypedNull;
+  SqlKind kind = SqlKind::untypedNull;
   int precision = 0;        ///< decimal, money: digits
   int scale = 0;            ///< decimal, money: digits of the fraction
   std::int64_t length = 0;  ///< texts: characters, or kMaxLength
 
   friend bool operator==(const SqlType&, const SqlType&) = default;
 
-  static SqlType of(TypeKind kind);
-  static SqlType integer() { return of(TypeKind::integer); }
-  static SqlType bit() { return of(TypeKind::bit); }
-  static SqlType dateTime() { return of(TypeKind::dateTime); }
-  static SqlType floating() { return of(TypeKind::floating); }
+  static SqlType of(SqlKind kind);
+  static SqlType integer() { return of(SqlKind::integer); }
+  static SqlType bit() { return of(SqlKind::bit); }
+  static SqlType dateTime() { return of(SqlKind::dateTime); }
+  static SqlType floating() { return of(SqlKind::floating); }
   static SqlType decimal(int precision, int scale);
   static SqlType varchar(std::int64_t length);
   static SqlType nvarchar(std::int64_t length);
 
   bool isText() const noexcept {
-    return kind >= TypeKind::character && kind <= TypeKind::uniqueIdentifier;
+    return kind >= SqlKind::character && kind <= SqlKind::uniqueIdentifier;
   }
   /// nchar and nvarchar.
-  bool isNational() const noexcept {
-    return kind == TypeKind::nchar || kind == TypeKind::nvarchar;
-  }
+  bool isNational() const noexcept { return kind == SqlKind::nchar || kind == SqlKind::nvarchar; }
   /// bit, tinyint, smallint, int and bigint.
-  bool isInteger() const noexcept {
-    return kind >= TypeKind::bit && kind <= TypeKind::bigInt;
-  }
+  bool isInteger() const noexcept { return kind >= SqlKind::bit && kind <= SqlKind::bigInt; }
   /// decimal, numeric and money.
-  bool isDecimal() const noexcept {
-    return kind == TypeKind::money || kind == TypeKind::decimal;
-  }
+  bool isDecimal() const noexcept { return kind == SqlKind::money || kind == SqlKind::decimal; }
   bool isExact() const noexcept { return isInteger() || isDecimal(); }
-  bool isApproximate() const noexcept {
-    return kind == TypeKind::real || kind == TypeKind::floating;
-  }
+  bool isApproximate() const noexcept { return kind == SqlKind::real || kind == SqlKind::floating; }
   bool isNumber() const noexcept { return isExact() || isApproximate(); }
-  bool isDate() const noexcept { return kind >= TypeKind::date; }
+  bool isDate() const noexcept { return kind >= SqlKind::date; }
 };
 
-/// The type a declaration names: `name` in any case ("int", "decimal", "numeric",
-/// "datetime", "smalldatetime", "nvarchar", ...), `arguments` what stands in its
-/// parentheses (kMaxLength for "max"). Defaults are T-SQL's: decimal(18,0), char(1);
-/// pass `lengthOmitted` (30 in a cast, 1 in a declaration) for texts without a length.
-/// nullopt when there is no such type or the arguments do not fit it.
-std::optional<SqlType> declaredType(std::string_view name, std::span<const std::int64_t> arguments,
-                                    std::int64_t lengthOmitted = 1);
+/// The type that `written` names. T-SQL's defaults where sizes are left out:
+/// decimal(18,0), and `lengthOmitted` characters of a text: 1 in a declaration, 30 in a
+/// cast. Raises com::Error kProvider with the place for sizes the type cannot have and
+/// for types without a counterpart here (time).
+SqlType sqlType(const DataType& written, std::int64_t lengthOmitted = 1);
 
 /// The declaration, for instance "decimal(28,4)" or "nvarchar(max)".
 std::string declaration(const SqlType& type);

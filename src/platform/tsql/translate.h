@@ -44,7 +44,7 @@ struct Scope {
 
 /// A statement that answers rows: column `n` of the DuckDB result is `columns[n]`, of
 /// exactly the engine type engineType() gives.
-struct Query {
+struct Rows {
   struct Column {
     std::string name;  ///< empty for an expression without alias
     SqlType type;
@@ -65,22 +65,23 @@ struct Change {
   std::string identityReset;
 };
 
+/// create table, create view.
 struct CreateTable {
-  TableInfo table;  ///< objectId 0: the catalogue gives it one
+  TableInfo table;  ///< objectId is 0: the catalogue gives it one
   std::vector<std::string> sql;
 };
 
-/// select ... into: the statement creates and fills the table.
+/// select ... into: one statement creates and fills the table.
 struct SelectInto {
-  TableInfo table;
+  TableInfo table;  ///< as for CreateTable
   std::string sql;
-  /// The identity column's next value, when an identity column was copied, is not set:
-  /// a copied column is an ordinary one.
 };
 
-struct DropTable {
-  std::vector<std::string> tables;  ///< names as declared
-  std::vector<std::string> sql;     ///< one for each
+/// drop table, drop view: `sql[n]` drops `tables[n]` (names as declared). With IF EXISTS
+/// a missing one is left out.
+struct DropTables {
+  std::vector<std::string> tables;
+  std::vector<std::string> sql;
 };
 
 /// select @v = ...: the last row's values go to the variables; no row changes nothing.
@@ -90,11 +91,13 @@ struct Assign {
   std::vector<std::string> variables;
 };
 
-/// Checked, but nothing has to run (an index of a table, set nocount).
-struct NoOperation {};
+/// create index, drop index: checked; only unique indexes exist in DuckDB, for others
+/// there is nothing to run.
+struct IndexChange {
+  std::vector<std::string> sql;
+};
 
-using Action =
-    std::variant<Query, Change, CreateTable, SelectInto, DropTable, Assign, NoOperation>;
+using Action = std::variant<Rows, Change, CreateTable, SelectInto, DropTables, Assign, IndexChange>;
 
 struct Translation {
   Action action;
@@ -103,8 +106,9 @@ struct Translation {
 };
 
 /// What `statement` becomes: a query, a change or a definition. Names are resolved
-/// here, so this is called when the statement is executed. Control flow (if, while,
-/// begin, declare, set) is the caller's; for it see the two functions below.
+/// here, so this is called when the statement is executed. Flow, variables, options,
+/// transactions and print are the caller's; for their expressions see the two functions
+/// below.
 /// Raises com::Error kProvider, the text beginning with SQL Server's number, for
 /// instance "208: Invalid object name 't_x' (line 1, column 15)"; a construct that is
 /// not supported is refused with its place.
