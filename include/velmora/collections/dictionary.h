@@ -51,6 +51,8 @@ class Dictionary final : public com::Object<com::IUnknown> {
 
  private:
   class Keys;
+  Dictionary(std::shared_ptr<Keys> keys, std::vector<Variant> values);
+  void insert(std::string_view key, Variant value);
   void* find(const com::Guid& iid) noexcept override;
   Keys& ownKeys();
 

@@ -37,10 +37,13 @@ std::string_view name(VarType type) noexcept;
 /// 24 bytes; a text is counted and shared between copies, because settlement and
 /// result rows copy the same texts again and again.
 ///
-/// The to... readers convert: Empty reads as 0, false, "" or nothing; a text
-/// gives its leading number ("12a" reads as 12, "x" as 0) and, as a boolean,
-/// "true"/"false" in any case or leading number <> 0; a number out of range
-/// raises kOverflow; Null raises kInvalidUseOfNull; anything else kTypeMismatch.
+/// The to... readers convert: Empty reads as 0, false, "", nothing or the date
+/// 1899-12-30; a text gives its leading number ("12a" and " 12" read as 12, "x"
+/// as 0) and, as a boolean, "true"/"false" in any case or leading number <> 0; a
+/// fraction read as an integer is cut ("-3.5x" gives -3); true reads as the
+/// number -1; a Double reads as the decimal with its shortest text; a number out
+/// of range raises kOverflow; Null raises kInvalidUseOfNull; anything else
+/// kTypeMismatch.
 class Variant {
  public:
   Variant() noexcept {}
