@@ -1,15 +1,17 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "velmora/com/dispatch.h"
 
 namespace velmora::com {
 
-/// A class that can be created by ProgID in this process.
+/// A class that can be created by ProgID in this process; without `create` the
+/// ProgID is unknown, whatever the registry says.
 struct ClassEntry {
   std::string progId;
   Guid classId;
@@ -21,7 +23,8 @@ struct ClassEntry {
 void RegisterClass(ClassEntry entry);
 
 /// Registers a class for the life of this object and then puts back what stood
-/// under its ProgID before; how tests replace a sibling component.
+/// under its ProgID before; how tests replace a sibling component. Scopes of one
+/// ProgID must nest.
 class ScopedClass {
  public:
   explicit ScopedClass(ClassEntry entry);
@@ -32,9 +35,8 @@ class ScopedClass {
   ScopedClass& operator=(const ScopedClass&) = delete;
 
  private:
-  ClassEntry previous_;
   std::string progId_;
-  bool hadPrevious_ = false;
+  std::optional<ClassEntry> previous_;
 };
 
 /// A new object of the class with this ProgID: first from this process's table,
@@ -63,8 +65,17 @@ class IClassFactory : public IUnknown {
 
 /// The four entry points of an in-process server, as C symbols. They answer kOk,
 /// kFalse (DllCanUnloadNow: no) or an error number, and never throw.
+/// DllRegisterServer puts the server's classes into the registry (in its
+/// writeLayer). DllGetClassObject writes a counted reference to `*object`, to be
+/// cast to the interface that `interfaceId` names.
 using DllRegisterServerFunction = std::int32_t (*)();
+using DllUnregisterServerFunction = std::int32_t (*)();
+using DllCanUnloadNowFunction = std::int32_t (*)();
 using DllGetClassObjectFunction = std::int32_t (*)(const Guid& classId, const Guid& interfaceId,
                                                    void** object);
+
+/// Absolute path of the library or program that holds `address`, a function or a
+/// static object; what a server registers itself under. Raises kFailed.
+std::string LibraryOf(const void* address);
 
 }  // namespace velmora::com

@@ -65,8 +65,10 @@ class IDispatch : public IUnknown {
 
   /// Calls the method `name`. Arguments are by position; trailing optional ones
   /// may be left out. By-reference arguments are replaced in `arguments`.
-  /// Raises kUnknownName, kBadParameterCount or kTypeMismatch naming class,
-  /// member and argument; whatever the method itself raises passes through.
+  /// Raises kUnknownName, kBadParameterCount or kTypeMismatch (kOverflow and
+  /// kInvalidUseOfNull for a value that does not fit) naming class, member and
+  /// argument; whatever the method itself raises passes through and leaves
+  /// `arguments` as they were.
   virtual Variant Invoke(std::string_view name, std::span<Variant> arguments) = 0;
 
   /// A property by name. Raise kUnknownName when there is none, kNotImplemented

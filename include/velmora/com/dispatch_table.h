@@ -12,6 +12,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "velmora/collections/letter_case.h"
 #include "velmora/com/dispatch.h"
 #include "velmora/com/error.h"
 
@@ -74,7 +75,13 @@ struct Parameter {
       : name(parameterName), optional(true), defaultValue(std::move(fallback)) {}
 };
 
-/// The methods and properties of class `T` by name.
+/// The methods and properties of class `T` by name. Built once:
+///
+///   static const auto table = DispatchTable<clsPublic>("clsPublic", ...)
+///       .method("GetData", &clsPublic::GetData, {"sDsn", "sSql"})
+///       .method(...);
+///
+/// A single optional parameter is written Parameter("lClassTypeID", 0).
 template <class T>
 class DispatchTable {
  public:
@@ -87,11 +94,11 @@ class DispatchTable {
   DispatchTable& method(const char* methodName, Result (Base::*function)(Arguments...),
                         std::array<Parameter, sizeof...(Arguments)> parameters) {
     info_.methods.push_back(describe<Result, Arguments...>(methodName, parameters));
-    calls_.push_back(
-        [function, this, index = calls_.size()](T& object, std::span<Variant> arguments) {
-          return invoke(object, function, info_.methods[index], arguments,
+    calls_.push_back([function](const TypeInfo& type, const MethodInfo& called, T& object,
+                                std::span<Variant> arguments) {
+      return callMember(type, called, object, function, arguments,
                         std::index_sequence_for<Arguments...>());
-        });
+    });
     return *this;
   }
   DispatchTable& property(const char* propertyName, std::function<Variant(T&)> get,
@@ -100,15 +107,13 @@ class DispatchTable {
     return *this;
   }
 
-  DispatchTable(const DispatchTable&) = delete;
-  DispatchTable& operator=(const DispatchTable&) = delete;
-
   const TypeInfo& info() const noexcept { return info_; }
 
   Variant invoke(T& object, std::string_view methodName, std::span<Variant> arguments) const {
     const MethodInfo* method = info_.findMethod(methodName);
     if (method == nullptr) throwUnknownMember(methodName);
-    return calls_[static_cast<std::size_t>(method - info_.methods.data())](object, arguments);
+    const auto& callMethod = calls_[static_cast<std::size_t>(method - info_.methods.data())];
+    return callMethod(info_, *method, object, arguments);
   }
   Variant get(T& object, std::string_view propertyName) const {
     const auto& found = findProperty(propertyName);
@@ -147,29 +152,28 @@ class DispatchTable {
   }
 
   template <class Base, class Result, class... Arguments, std::size_t... I>
-  Variant invoke(T& object, Result (Base::*function)(Arguments...), const MethodInfo& method,
-                 std::span<Variant> arguments, std::index_sequence<I...>) const;
+  static Variant callMember(const TypeInfo& type, const MethodInfo& method, T& object,
+                            Result (Base::*function)(Arguments...), std::span<Variant> arguments,
+                            std::index_sequence<I...>);
 
   template <class Value>
-  Value readArgument(const MethodInfo& method, std::size_t index,
-                     std::span<const Variant> arguments) const;
+  static Value readArgument(const TypeInfo& type, const MethodInfo& method, std::size_t index,
+                            std::span<const Variant> arguments);
 
   const Property& findProperty(std::string_view propertyName) const;
   [[noreturn]] void throwUnknownMember(std::string_view member) const;
   [[noreturn]] void throwNoAccess(std::string_view member, std::string_view how) const;
 
   TypeInfo info_;
-  std::vector<std::function<Variant(T&, std::span<Variant>)>> calls_;
+  using Call = std::function<Variant(const TypeInfo&, const MethodInfo&, T&, std::span<Variant>)>;
+  std::vector<Call> calls_;  // in the order of info_.methods
   std::vector<Property> properties_;
 };
 
 namespace detail {
-bool equalsIgnoringCase(std::string_view a, std::string_view b) noexcept;
 [[noreturn]] void throwUnknownMember(const TypeInfo& type, std::string_view member);
 [[noreturn]] void throwNoAccess(const TypeInfo& type, std::string_view member,
                                 std::string_view how);
-[[noreturn]] void throwParameterCount(const TypeInfo& type, const MethodInfo& method,
-                                      std::size_t given);
 [[noreturn]] void throwArgument(const TypeInfo& type, const MethodInfo& method, std::size_t index,
                                 const Variant& given, const Error& reason);
 /// Checks the number of arguments given: all but trailing optional ones.
@@ -178,25 +182,25 @@ void checkParameterCount(const TypeInfo& type, const MethodInfo& method, std::si
 
 template <class T>
 template <class Value>
-Value DispatchTable<T>::readArgument(const MethodInfo& method, std::size_t index,
-                                     std::span<const Variant> arguments) const {
+Value DispatchTable<T>::readArgument(const TypeInfo& type, const MethodInfo& method,
+                                     std::size_t index, std::span<const Variant> arguments) {
   const Variant& given =
       index < arguments.size() ? arguments[index] : method.parameters[index].defaultValue;
   try {
     return ArgumentTraits<Value>::read(given);
   } catch (const Error& reason) {
-    detail::throwArgument(info_, method, index, given, reason);
+    detail::throwArgument(type, method, index, given, reason);
   }
 }
 
 template <class T>
 template <class Base, class Result, class... Arguments, std::size_t... I>
-Variant DispatchTable<T>::invoke(T& object, Result (Base::*function)(Arguments...),
-                                 const MethodInfo& method, std::span<Variant> arguments,
-                                 std::index_sequence<I...>) const {
-  detail::checkParameterCount(info_, method, arguments.size());
+Variant DispatchTable<T>::callMember(const TypeInfo& type, const MethodInfo& method, T& object,
+                                     Result (Base::*function)(Arguments...),
+                                     std::span<Variant> arguments, std::index_sequence<I...>) {
+  detail::checkParameterCount(type, method, arguments.size());
   std::tuple<std::remove_cvref_t<Arguments>...> values{
-      readArgument<std::remove_cvref_t<Arguments>>(method, I, arguments)...};
+      readArgument<std::remove_cvref_t<Arguments>>(type, method, I, arguments)...};
   const auto giveBack = [&] {
     ((kInOut<Arguments> && I < arguments.size() ? void(arguments[I] = Variant(std::get<I>(values)))
                                                 : void()),
@@ -217,7 +221,7 @@ template <class T>
 const typename DispatchTable<T>::Property& DispatchTable<T>::findProperty(
     std::string_view propertyName) const {
   for (const Property& property : properties_)
-    if (detail::equalsIgnoringCase(property.name, propertyName)) return property;
+    if (collections::equalsIgnoringCase(property.name, propertyName)) return property;
   throwUnknownMember(propertyName);
 }
 template <class T>
