@@ -1,8 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <map>
 #include <regex>
 #include <set>
@@ -40,9 +39,10 @@ TEST(ResourceLoader, LanguageCanChangeAfterALookup) {
 }
 
 TEST(ResourceLoader, RaisesForWhatItDoesNotHave) {
-  for (const auto& [language, key, named] :
-       {std::tuple{"EN", "没有这样的文字", "没有这样的文字"}, {"EN", "", "EN"},
-        {"CHS", "凭证", "Q8ArAp_CHS"}, {"../EN", "凭证", "../EN"}}) {
+  for (const auto& [language, key, named] : {std::tuple{"EN", "没有这样的文字", "没有这样的文字"},
+                                             {"EN", "", "EN"},
+                                             {"CHS", "凭证", "Q8ArAp_CHS"},
+                                             {"../EN", "凭证", "../EN"}}) {
     try {
       text(language, key);
       ADD_FAILURE() << language << " " << key;
@@ -54,9 +54,10 @@ TEST(ResourceLoader, RaisesForWhatItDoesNotHave) {
 
 TEST(MessageCatalogue, RefusesAFileThatIsNone) {
   const auto path = std::filesystem::temp_directory_path() / "velmora_no_catalogue.mo";
-  for (const std::string content :
+  for (const std::string& content :
        {std::string("not a catalogue at all, but long enough for a header"), std::string(),
-        std::string("\xde\x12\x04\x95\0\0\0\0\xff\0\0\0\x1c\0\0\0\x1c\0\0\0\0\0\0\0\0\0\0\0", 28)}) {
+        std::string("\xde\x12\x04\x95\0\0\0\0\xff\0\0\0\x1c\0\0\0\x1c\0\0\0\0\0\0\0\0\0\0\0",
+                    28)}) {
     std::ofstream(path, std::ios::binary) << content;
     EXPECT_THROW(MessageCatalogue::read(path.string()), com::Error);
   }

@@ -9,18 +9,20 @@ namespace velmora::suite {
 namespace {
 
 std::string upperCased(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  });
   return text;
 }
 
 }  // namespace
 
 const com::DispatchTable<ResourceLoader>& ResourceLoader::dispatchTable() {
+  using collections::Variant;
   static const auto table = [] {
     auto made = std::make_unique<com::DispatchTable<ResourceLoader>>(
-        "Loader", "Q8RESLOADER.Loader",
-        com::Guid::parse("5E0A3B6C-7D12-4F0B-9C55-2B1D8E4A7F01"), com::IDispatch::kInterfaceId);
+        "Loader", "Q8RESLOADER.Loader", com::Guid::parse("5E0A3B6C-7D12-4F0B-9C55-2B1D8E4A7F01"),
+        com::IDispatch::kInterfaceId);
     made->method("LoadString", &ResourceLoader::LoadString, {"key"})
         .method("Unload", &ResourceLoader::Unload, {})
         .property(
@@ -42,8 +44,7 @@ const com::DispatchTable<ResourceLoader>& ResourceLoader::dispatchTable() {
 
 std::string ResourceLoader::LoadString(const std::string& key) {
   if (!catalogue_)
-    catalogue_ =
-        MessageCatalogue::cached(findMessageFile(baseName_ + "_" + upperCased(language_)));
+    catalogue_ = MessageCatalogue::cached(findMessageFile(baseName_ + "_" + upperCased(language_)));
   const auto text = catalogue_->find(key);
   if (!text)
     throw com::Error(com::error::kInvalidArgument, "Q8RESLOADER.Loader",
@@ -51,6 +52,8 @@ std::string ResourceLoader::LoadString(const std::string& key) {
   return std::string(*text);
 }
 
-void ResourceLoader::Unload() { catalogue_.reset(); }
+void ResourceLoader::Unload() {
+  catalogue_.reset();
+}
 
 }  // namespace velmora::suite
