@@ -8,6 +8,7 @@
 #include <iterator>
 #include <map>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 #include "platform/host/module_path.h"
@@ -29,8 +30,8 @@ constexpr std::size_t kHeaderSize = 28;
 MessageCatalogue MessageCatalogue::read(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) fail("Cannot read the message catalogue '" + path + "'");
-  MessageCatalogue catalogue(
-      std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()));
+  std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  MessageCatalogue catalogue(std::move(bytes));
   if (!catalogue.isValid()) fail("'" + path + "' is not a compiled message catalogue");
   return catalogue;
 }
