@@ -122,8 +122,8 @@ class Object : public Interfaces... {
     if (found != nullptr) return;
     if (iid == Interface::kInterfaceId) found = static_cast<Interface*>(this);
     if constexpr (requires { typename Interface::Base; }) {
-      using Base = typename Interface::Base;
-      if (found == nullptr && iid == Base::kInterfaceId) found = static_cast<Base*>(this);
+      using Parent = typename Interface::Base;
+      if (found == nullptr && iid == Parent::kInterfaceId) found = static_cast<Parent*>(this);
     }
     if (found == nullptr && iid == IUnknown::kInterfaceId)
       found = static_cast<IUnknown*>(static_cast<Interface*>(this));

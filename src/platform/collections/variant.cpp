@@ -42,10 +42,14 @@ namespace {
 /// Day zero of the suite's dates, 1899-12-30, which is what Empty reads as.
 constexpr Date kDayZero = Date::fromMicroseconds(-25'569 * std::int64_t{86'400'000'000});
 
+/// The value for a message. Long texts are left out: a connection string given in
+/// the wrong place would show its password.
 std::string described(const Variant& value) {
-  if (value.type() == VarType::object || value.isEmpty() || value.isNull())
-    return std::string(name(value.type()));
-  return std::string(name(value.type())) + " '" + value.toText() + "'";
+  constexpr std::size_t kLongestShown = 30;
+  const std::string type(name(value.type()));
+  if (value.type() == VarType::object || value.isEmpty() || value.isNull()) return type;
+  if (value.text().size() > kLongestShown) return "a long " + type;
+  return type + " '" + value.toText() + "'";
 }
 
 [[noreturn]] void throwUnreadable(const Variant& value, std::string_view wanted) {
