@@ -42,12 +42,6 @@ std::string joined(const std::vector<std::string_view>& wanted) {
 
 }  // namespace
 
-bool Cursor::at(std::string_view what, std::size_t ahead) const {
-  const Token& token = peek(ahead);
-  if (token.kind == TokenKind::Word) return equalsIgnoringCase(token.text, what);
-  return token.kind == TokenKind::Symbol && token.text == what;
-}
-
 bool Cursor::atName(std::size_t ahead) const {
   const Token& token = peek(ahead);
   return token.kind == TokenKind::QuotedName || (token.kind == TokenKind::Word && !token.reserved);

@@ -8,6 +8,7 @@
 
 #include "platform/tsql/ast_expression.h"
 #include "platform/tsql/lexer.h"
+#include "platform/tsql/text_scan.h"
 
 namespace velmora::tsql {
 
@@ -24,7 +25,11 @@ class Cursor {
     return tokens_[std::min(current_ + ahead, tokens_.size() - 1)];
   }
   Position position() const { return peek().position; }
-  bool at(std::string_view what, std::size_t ahead = 0) const;
+  bool at(std::string_view what, std::size_t ahead = 0) const {
+    const Token& token = peek(ahead);
+    return (token.kind == TokenKind::Word || token.kind == TokenKind::Symbol) &&
+           equalsIgnoringCase(token.text, what);
+  }
   bool atEnd() const { return peek().kind == TokenKind::End; }
   bool atName(std::size_t ahead = 0) const;
   /// How many tokens ahead lies the `)` of the `(` that is `open` tokens ahead; at the

@@ -8,7 +8,7 @@
 namespace velmora::tsql {
 namespace {
 
-// Sorted; searched by halves.
+// Sorted.
 constexpr auto kReserved = std::to_array<std::string_view>({
     "add",
     "all",
@@ -194,17 +194,27 @@ constexpr auto kReserved = std::to_array<std::string_view>({
     "writetext",
 });
 
-constexpr std::size_t kLongest = 17;  // current_timestamp
+// Where the words of each letter begin; the entry behind a letter's own is where they end.
+constexpr auto kFirstOfLetter = [] {
+  std::array<std::size_t, 27> first{};
+  for (const std::string_view word : kReserved) {
+    for (std::size_t letter = static_cast<std::size_t>(word[0] - 'a') + 1; letter < first.size();
+         ++letter) {
+      ++first[letter];
+    }
+  }
+  return first;
+}();
 
 }  // namespace
 
 bool isReservedWord(std::string_view word) {
   static_assert(std::is_sorted(kReserved.begin(), kReserved.end()));
-  if (word.size() > kLongest) return false;
-  std::array<char, kLongest> buffer{};
-  std::transform(word.begin(), word.end(), buffer.begin(), asciiLower);
-  return std::binary_search(kReserved.begin(), kReserved.end(),
-                            std::string_view(buffer.data(), word.size()));
+  if (word.empty() || !isAsciiLetter(word[0])) return false;
+  const auto letter = static_cast<std::size_t>(asciiLower(word[0]) - 'a');
+  return std::any_of(
+      kReserved.begin() + kFirstOfLetter[letter], kReserved.begin() + kFirstOfLetter[letter + 1],
+      [word](std::string_view reserved) { return equalsIgnoringCase(reserved, word); });
 }
 
 }  // namespace velmora::tsql

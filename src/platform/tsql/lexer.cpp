@@ -25,7 +25,10 @@ constexpr auto kSymbolPairs = std::to_array<SymbolPair>({{'<', '>', "<>"},
                                                          {'!', '<', "!<"},
                                                          {'!', '>', "!>"}});
 constexpr std::string_view kSymbols = ",;().*/%+-&|^~=<>";
-constexpr std::string_view kAsciiBlanks = " \t\r\n\f\v";
+
+constexpr bool isAsciiBlank(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 class Lexer {
  public:
@@ -35,7 +38,9 @@ class Lexer {
 
  private:
   char charAt(std::size_t at) const { return at < text_.size() ? text_[at] : '\0'; }
-  bool startsWith(std::string_view what) const { return text_.substr(at_, what.size()) == what; }
+  bool startsWith(char first, char second) const {
+    return charAt(at_) == first && charAt(at_ + 1) == second;
+  }
 
   void skipBlanksAndComments();
   bool skipBlank();
@@ -84,9 +89,9 @@ void Lexer::moveTo(std::size_t end) {
 
 void Lexer::skipBlanksAndComments() {
   for (;;) {
-    if (startsWith("--")) {
+    if (startsWith('-', '-')) {
       moveTo(skipLine(text_, at_));
-    } else if (startsWith("/*")) {
+    } else if (startsWith('/', '*')) {
       moveTo(closed(skipBlockComment(text_, at_), "the comment"));
     } else if (!skipBlank()) {
       return;
@@ -96,7 +101,7 @@ void Lexer::skipBlanksAndComments() {
 
 bool Lexer::skipBlank() {
   if (at_ >= text_.size()) return false;
-  if (kAsciiBlanks.find(text_[at_]) != std::string_view::npos) {
+  if (isAsciiBlank(text_[at_])) {
     moveTo(at_ + 1);
     return true;
   }
@@ -202,7 +207,8 @@ Token Lexer::scanNumber() {
 
 Token Lexer::scanSymbol() {
   const char first = text_[at_];
-  const std::size_t next = std::min(text_.find_first_not_of(kAsciiBlanks, at_ + 1), text_.size());
+  std::size_t next = at_ + 1;
+  while (isAsciiBlank(charAt(next))) ++next;
   for (const SymbolPair& pair : kSymbolPairs) {
     if (pair.first != first || pair.second != charAt(next)) continue;
     Token token = take(TokenKind::Symbol, next + 1);
