@@ -10,7 +10,9 @@ namespace velmora::ado {
 /// An ADO connection string taken apart: "Name=Value;..." with values optionally
 /// in double or single quotes or in braces (a doubled closing quote stands for
 /// one). Names are matched without regard to case; the last of a repeated name
-/// counts. Raises com::Error naming the place for a segment without "=".
+/// counts, at the place of the first. Raises kAdoInvalidArgument naming the place,
+/// and nothing of the text, for a segment without "=", an empty name, a quote
+/// that is not closed, or text after a closing quote.
 class ConnectionString {
  public:
   struct Property {
@@ -28,8 +30,11 @@ class ConnectionString {
 
   /// The text again, values quoted where needed.
   std::string toString() const;
-  /// The text with the value of Password and PWD replaced by "***", for messages.
+  /// The text with the value of Password and PWD replaced by "***", for messages;
+  /// also inside a value that is itself a connection string ("Extended Properties").
   std::string toDisplay() const;
+  /// The values that no message may show: those of Password and PWD, nested ones too.
+  std::vector<std::string> passwords() const;
 
  private:
   std::vector<Property> properties_;

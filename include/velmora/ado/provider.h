@@ -47,6 +47,10 @@ class ProviderConnection {
   virtual std::vector<StatementResult> execute(std::string_view batch,
                                                std::span<const ParameterValue> parameters) = 0;
 
+  /// Seconds a batch may run from now on, 0 without limit; a provider that cannot
+  /// stop a batch ignores it. Called before every execute.
+  virtual void setCommandTimeout(int /*seconds*/) {}
+
   /// Bulk load into a table; kAdoNotSupported where the provider has none.
   virtual std::unique_ptr<BulkInsert> bulkInsert(std::string_view table,
                                                  std::span<const std::string> columns);
@@ -61,7 +65,12 @@ using ProviderFactory =
     std::function<std::unique_ptr<ProviderConnection>(const ConnectionString& settings)>;
 
 /// Makes a provider known under a name of the "Provider" property (letter case
-/// ignored), in place of an earlier one. Thread-safe.
+/// ignored), in place of an earlier one; also in place of one that comes with the
+/// platform. Thread-safe.
+///
+/// A name that nobody registered is looked up once more without its version
+/// ("X.1" as "X"), and SQLOLEDB, SQLNCLI... and MSOLEDBSQL... count as "MSDASQL",
+/// the provider for ODBC, which is how a SQL Server is reached here.
 void RegisterProvider(std::string name, ProviderFactory open);
 
 }  // namespace velmora::ado

@@ -1,0 +1,7 @@
+#include "platform/ado/builtin_providers.h"
+
+namespace velmora::ado {
+
+void registerBuiltInProviders() {}
+
+}  // namespace velmora::ado
