@@ -47,8 +47,11 @@ class Fields {
   /// kAdoItemNotFound naming the column when there is none.
   Field operator()(std::string_view name) const;
   Field operator()(std::size_t index) const;
-  /// Adds a column to a recordset that is not open. kAdoObjectOpen when it is,
-  /// kDuplicateKey when the name is taken.
+  /// Adds a column to a recordset that is not open. `definedSize` is in characters
+  /// for texts, 0 without limit, and the type's own for all others. A decimal column
+  /// without precision and scale keeps every digit. kAdoObjectOpen when the recordset
+  /// is open, kDuplicateKey when the name is taken, kAdoInvalidArgument when there is
+  /// no such type, or precision (0..38) and scale (0..precision) do not fit.
   void Append(std::string_view name, DataTypeEnum type, std::int64_t definedSize = 0,
               int precision = 0, int numericScale = 0);
 
@@ -63,13 +66,29 @@ class Fields {
 /// query and a connection; or in memory, by Fields().Append and Open() (then rows
 /// can be added and changed).
 ///
+/// A closed recordset raises kAdoObjectClosed for everything but State, Open, what
+/// is set before opening, and its columns. Moving beyond the ends, moving in an
+/// empty view and reading without a current row raise kAdoNoCurrentRow.
+///
 /// Filter shows only the rows that satisfy
 ///   column operator value [and|or column operator value ...], parentheses around
-///   groups; operators = <> < > <= >= like (with * or % at the ends); values are
-///   numbers, 'text' (a doubled quote stands for one) or #date# / 'date'; column
-///   names may be in [brackets]; texts compare without regard to case.
-/// A changed row that no longer satisfies the filter leaves the view at once; the
-/// current position then stands before the next row, which MoveNext reaches.
+///   groups, "and" before "or"; operators = <> < > <= >= like (with * or % at the
+///   ends, or both); values are numbers, 'text' (a doubled quote stands for one),
+///   #YYYY-MM-DD# / 'YYYY-MM-DD', true, false; column names may be in [brackets];
+///   texts compare without regard to case. A column that holds Null satisfies
+///   only "= null"; "<> null" finds the others.
+/// A changed row that no longer satisfies the filter leaves the view at once. It
+/// stays readable and writable as the current row until the next move; MoveNext
+/// then reaches the row that follows it in the view, or the end. BOF and EOF are
+/// both true while the view has no rows. A row that satisfies the filter again
+/// takes its old place.
+///
+/// Setting a filter again, or one of the last few filters set, costs no look at
+/// the rows; one that adds "and ..." to such a filter looks at the rows of that one
+/// only, and one that asks a column that does not change for a value looks at the
+/// rows of that value. Moving, changing a cell and counting take the same time
+/// however many rows have left the view. (The position of a row takes longer.)
+///
 /// Clones share rows, not position or filter.
 class Recordset final : public com::Object<com::IUnknown> {
  public:
@@ -88,13 +107,16 @@ class Recordset final : public com::Object<com::IUnknown> {
   LockTypeEnum LockType() const noexcept;
   void LockType(LockTypeEnum type);
 
-  /// Opens an in-memory recordset from the appended fields.
+  /// Opens an in-memory recordset from the appended fields; it is then client-side,
+  /// static and updatable. kAdoInvalidArgument when there are no fields.
   void Open();
   /// Runs `source` on the open `connection` and holds its first rowset. Raises
   /// the provider's error; when no statement returns rows the recordset stays closed.
+  /// Opened, it is client-side, static and read-only whatever was asked for.
   void Open(std::string_view source, const com::Ref<Connection>& connection,
             CursorTypeEnum cursorType = adOpenUnspecified,
             LockTypeEnum lockType = adLockUnspecified, int options = adOptionUnspecified);
+  /// Lets go of rows, columns and connection.
   void Close();
   ObjectStateEnum State() const noexcept;
 
@@ -103,7 +125,8 @@ class Recordset final : public com::Object<com::IUnknown> {
   /// Nothing disconnects.
   void ActiveConnection(com::Ref<Connection> connection);
 
-  /// The next result of the batch; nothing when there is none.
+  /// The next rowset of the batch as a recordset of its own; nothing when there is
+  /// none. This one stays open. Rowsets need no connection: the batch has ended.
   com::Ref<Recordset> NextRecordset();
 
   ado::Fields Fields() { return ado::Fields(*this); }
@@ -116,10 +139,11 @@ class Recordset final : public com::Object<com::IUnknown> {
   void MoveNext();
   void MovePrevious();
   void MoveLast();
-  /// 1-based position in the view; -1 without a current row.
+  /// 1-based position in the view; -1 when the current row is not in it.
   std::int64_t AbsolutePosition() const;
 
-  /// Appends a row of Null values (in-memory recordsets) and makes it current.
+  /// Appends a row of Null values (in-memory recordsets) and makes it current, even
+  /// if it does not satisfy the filter.
   /// kAdoNotSupported on a read-only recordset.
   void AddNew();
   /// Ends AddNew and changes of fields; changes are in the rows already, Update
@@ -133,6 +157,8 @@ class Recordset final : public com::Object<com::IUnknown> {
   /// kAdoInvalidArgument naming what was expected and where.
   void Filter(std::string_view criteria);
 
+  /// The same rows, unfiltered, on the first row. Read-only if this one is, or if
+  /// adLockReadOnly is asked for.
   com::Ref<Recordset> Clone(LockTypeEnum lockType = adLockUnspecified) const;
 
   // By position, without a Field in between; for code that walks many rows.
@@ -140,6 +166,7 @@ class Recordset final : public com::Object<com::IUnknown> {
   const FieldDefinition& definition(std::size_t field) const;
   /// kAdoItemNotFound naming the column.
   std::size_t fieldIndex(std::string_view name) const;
+  /// Valid until a row is added or the cell changes.
   const Variant& GetValue(std::size_t field) const;
   /// Converts to the column's type (numbers from text, decimals rounded to the
   /// column's scale, texts longer than the column refused) or raises
@@ -149,12 +176,19 @@ class Recordset final : public com::Object<com::IUnknown> {
  private:
   friend class Fields;
   friend class Connection;
-  friend class Command;
-  struct Data;  // fields, rows and views shared by clones
-  struct State_;
+  struct Body;
+  /// Over the first of `results`, the others behind NextRecordset; closed when
+  /// there are none.
+  static com::Ref<Recordset> fromResults(std::vector<Rowset> results,
+                                         com::Ref<Connection> connection);
   void* find(const com::Guid& iid) noexcept override;
+  void requireOpen() const;
+  void requireNotOpen() const;
+  std::size_t currentRow() const;
+  void requireWritable() const;
+  void appendField(FieldDefinition field);
 
-  std::unique_ptr<State_> state_;
+  std::unique_ptr<Body> body_;
 };
 
 using RecordsetRef = com::Ref<Recordset>;

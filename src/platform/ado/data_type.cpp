@@ -54,9 +54,13 @@ const TypeRow& rowOf(DataTypeEnum type) noexcept {
 
 }  // namespace
 
-DataKind kindOf(DataTypeEnum type) noexcept { return rowOf(type).kind; }
+DataKind kindOf(DataTypeEnum type) noexcept {
+  return rowOf(type).kind;
+}
 
-std::string_view dataTypeName(DataTypeEnum type) noexcept { return rowOf(type).name; }
+std::string_view dataTypeName(DataTypeEnum type) noexcept {
+  return rowOf(type).name;
+}
 
 std::optional<DataTypeEnum> dataTypeNamed(std::string_view name) noexcept {
   for (const TypeRow& row : kTypes)
@@ -64,6 +68,8 @@ std::optional<DataTypeEnum> dataTypeNamed(std::string_view name) noexcept {
   return std::nullopt;
 }
 
-int fixedSize(DataTypeEnum type) noexcept { return rowOf(type).bytes; }
+int fixedSize(DataTypeEnum type) noexcept {
+  return rowOf(type).bytes;
+}
 
 }  // namespace velmora::ado

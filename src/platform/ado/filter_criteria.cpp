@@ -13,7 +13,9 @@ using collections::lowerCased;
 using collections::VarType;
 using Operation = Comparison::Operation;
 
-bool sameIgnoringCase(char c, char lower) { return lowerCased(c) == lower; }
+bool sameIgnoringCase(char c, char lower) {
+  return lowerCased(c) == lower;
+}
 
 std::strong_ordering compareTexts(std::string_view text, std::string_view lower) {
   return std::lexicographical_compare_three_way(
@@ -98,7 +100,9 @@ bool Pattern::satisfiedBy(const Variant& cell) const {
     return std::ranges::equal(part, text, sameIgnoringCase);
   };
   if (openStart && openEnd)
-    return text.empty() || !std::ranges::search(whole, text, sameIgnoringCase).empty();
+    return std::search(whole.begin(), whole.end(), text.begin(), text.end(), sameIgnoringCase) !=
+               whole.end() ||
+           text.empty();
   if (openEnd) return matchesAt(whole.substr(0, text.size()));
   if (openStart) return matchesAt(whole.substr(whole.size() - text.size()));
   return matchesAt(whole);

@@ -19,7 +19,7 @@ struct Comparison {
 
   std::size_t field = 0;
   Operation operation = Operation::equal;
-  Variant value;  ///< Decimal, Double, Boolean, Date, or a String in lower case
+  Variant value;                      ///< Decimal, Double, Boolean, Date, or a String in lower case
   std::optional<std::int64_t> whole;  ///< the value when it is a whole number
 
   bool satisfiedBy(const Variant& cell) const;

@@ -10,8 +10,12 @@ namespace {
 
 using Kind = FilterToken::Kind;
 
-bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isBlank(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 /// Every character beyond ASCII counts as a letter: columns have Chinese names too.
 bool isNamePart(char c) {
   const char lower = collections::lowerCased(c);
@@ -82,8 +86,8 @@ FilterToken FilterLexer::readNumber() {
   std::size_t end = position_ + 1;
   while (end < criteria_.size()) {
     const char before = criteria_[end - 1];
-    const bool exponentSign = (criteria_[end] == '+' || criteria_[end] == '-') &&
-                              (before == 'e' || before == 'E');
+    const bool exponentSign =
+        (criteria_[end] == '+' || criteria_[end] == '-') && (before == 'e' || before == 'E');
     if (!isNamePart(criteria_[end]) && criteria_[end] != '.' && !exponentSign) break;
     ++end;
   }

@@ -104,8 +104,7 @@ class Parser {
   Criterion parseComparison() {
     const std::size_t field = takeColumn();
     if (takeKeyword("like")) return {parsePattern(field)};
-    if (token_.kind != Kind::operation)
-      lexer_.fail("an operator (= <> < > <= >= like)", token_);
+    if (token_.kind != Kind::operation) lexer_.fail("an operator (= <> < > <= >= like)", token_);
     const Operation operation = operationOf(take().text);
     if (token_.is("null")) return {parseNullTest(field, operation)};
     Comparison comparison{field, operation, {}, {}};
@@ -121,9 +120,9 @@ class Parser {
       return collections::equalsIgnoringCase(field.name, name.text);
     });
     if (found == fields_.end())
-      throw com::Error(com::error::kAdoItemNotFound, "ADODB.Recordset",
-                       "Filter \"" + std::string(criteria_) + "\": there is no column '" +
-                           name.text + "'");
+      throw com::Error(
+          com::error::kAdoItemNotFound, "ADODB.Recordset",
+          "Filter \"" + std::string(criteria_) + "\": there is no column '" + name.text + "'");
     return static_cast<std::size_t>(found - fields_.begin());
   }
 

@@ -97,9 +97,9 @@ ProviderFactory findProvider(const ConnectionString& settings) {
 
 std::unique_ptr<BulkInsert> ProviderConnection::bulkInsert(std::string_view table,
                                                            std::span<const std::string>) {
-  throw com::Error(com::error::kAdoNotSupported, "ADODB.Connection",
-                   "This provider has no bulk load; expected single inserts into '" +
-                       std::string(table) + "'");
+  throw com::Error(
+      com::error::kAdoNotSupported, "ADODB.Connection",
+      "This provider has no bulk load; expected single inserts into '" + std::string(table) + "'");
 }
 
 }  // namespace velmora::ado

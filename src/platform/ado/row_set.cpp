@@ -12,10 +12,16 @@ constexpr std::size_t kWordBits = 64;
 constexpr std::uint64_t bit(std::size_t position) {
   return std::uint64_t{1} << (position % kWordBits);
 }
-constexpr std::uint64_t bitsBelow(std::size_t position) { return bit(position) - 1; }
-constexpr std::uint64_t bitsFrom(std::size_t position) { return ~bitsBelow(position); }
+constexpr std::uint64_t bitsBelow(std::size_t position) {
+  return bit(position) - 1;
+}
+constexpr std::uint64_t bitsFrom(std::size_t position) {
+  return ~bitsBelow(position);
+}
 
-std::size_t lowest(std::uint64_t word) { return static_cast<std::size_t>(std::countr_zero(word)); }
+std::size_t lowest(std::uint64_t word) {
+  return static_cast<std::size_t>(std::countr_zero(word));
+}
 std::size_t highest(std::uint64_t word) {
   return kWordBits - 1 - static_cast<std::size_t>(std::countl_zero(word));
 }

@@ -30,8 +30,8 @@ std::string shown(const Variant& value) {
 [[noreturn]] void fail(const FieldDefinition& field, const std::string& what,
                        const std::string& expected) {
   throw com::Error(com::error::kAdoDataConversion, "ADODB.Field",
-                   "Column '" + field.name + "' (" + std::string(dataTypeName(field.type)) + "): " +
-                       what + "; expected " + expected);
+                   "Column '" + field.name + "' (" + std::string(dataTypeName(field.type)) +
+                       "): " + what + "; expected " + expected);
 }
 
 Decimal toNumber(const Variant& value, const FieldDefinition& field) {
