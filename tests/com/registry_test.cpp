@@ -81,16 +81,19 @@ TEST_F(RegistryTest, NamesFileAndLineOfWhatItCannotRead) {
 }
 
 TEST_F(RegistryTest, RefusesWhatWouldNotReadBack) {
-  for (const auto& [name, value] :
-       std::vector<std::pair<const char*, const char*>>{{"", "1"},
-                                                        {"a=b", "1"},
-                                                        {"[a", "1"},
-                                                        {"#a", "1"},
-                                                        {" a", "1"},
-                                                        {"a", "1\n[classes]"},
-                                                        {"a", " 1"}})
-    EXPECT_EQ(errorOf([&] { Registry::putSetting(name, value); }).number(), error::kInvalidArgument)
-        << name << "=" << value;
+  struct Case {
+    const char *name, *value;
+  };
+  for (const Case& c : {Case{"", "1"},
+                        {"a=b", "1"},
+                        {"[a", "1"},
+                        {"#a", "1"},
+                        {" a", "1"},
+                        {"a", "1\n[classes]"},
+                        {"a", " 1"}})
+    EXPECT_EQ(errorOf([&] { Registry::putSetting(c.name, c.value); }).number(),
+              error::kInvalidArgument)
+        << c.name << "=" << c.value;
   EXPECT_EQ(errorOf([] {
               Registry::putClass({"Test.Class", kId, "lib.so"});
             }).number(),

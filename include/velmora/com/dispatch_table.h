@@ -137,17 +137,19 @@ class DispatchTable {
   static constexpr bool kInOut =
       std::is_lvalue_reference_v<Argument> && !std::is_const_v<std::remove_reference_t<Argument>>;
 
+  template <class Argument>
+  static ParameterInfo describeParameter(const Parameter& parameter) {
+    return {parameter.name, ArgumentTraits<std::remove_cvref_t<Argument>>::kType, kInOut<Argument>,
+            parameter.optional, parameter.defaultValue};
+  }
   template <class Result, class... Arguments, std::size_t N>
   static MethodInfo describe(const char* methodName, const std::array<Parameter, N>& parameters) {
     MethodInfo method;
     method.name = methodName;
     if constexpr (!std::is_void_v<Result>)
       method.result = ArgumentTraits<std::remove_cvref_t<Result>>::kType;
-    std::size_t i = 0;
-    (method.parameters.push_back(
-         {parameters[i].name, ArgumentTraits<std::remove_cvref_t<Arguments>>::kType,
-          kInOut<Arguments>, parameters[i].optional, parameters[i].defaultValue}),
-     ..., ++i);
+    [[maybe_unused]] std::size_t i = 0;
+    (method.parameters.push_back(describeParameter<Arguments>(parameters[i++])), ...);
     return method;
   }
 
