@@ -1,20 +1,8 @@
 #include "common/localized_field_name.h"
 
-#include <algorithm>
+#include "frame/call/text.h"
 
 namespace velmora {
-
-namespace {
-
-std::string upperCased(std::string_view text) {
-  std::string upper(text);
-  std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-  });
-  return upper;
-}
-
-}  // namespace
 
 std::string LocalizedFieldName(std::string_view stem, std::string_view language, bool addChsSuffix,
                                bool addAlias) {

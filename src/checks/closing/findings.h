@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "velmora/ado/recordset.h"
+
+namespace velmora::closing {
+
+/// The findings of a closing check as a recordset in memory: FID (running number),
+/// FChkItem, FChkType, FChkInfo.
+class Findings {
+ public:
+  Findings();
+
+  /// A text longer than its column is kept to the column's size, so that one long
+  /// document number cannot stop the whole check.
+  void add(std::string_view item, std::string_view severity, std::string_view message);
+  std::int32_t count() const noexcept { return count_; }
+  /// The recordset, on its first row.
+  const ado::RecordsetRef& recordset();
+
+ private:
+  ado::RecordsetRef rows_;
+  std::int32_t count_ = 0;
+};
+
+}  // namespace velmora::closing

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmora::closing {
+
+/// A T-SQL text put together line by line; lines are joined by CR LF.
+class SqlLines {
+ public:
+  SqlLines& line(std::string_view text);
+  /// A line of the text only where `condition` holds.
+  SqlLines& lineIf(bool condition, std::string_view text);
+  const std::string& text() const noexcept { return text_; }
+
+ private:
+  std::string text_;
+};
+
+/// The parts of one query with `separator` ("union ") on a line between them.
+std::string joined(const std::vector<std::string>& parts, std::string_view separator = "union ");
+
+}  // namespace velmora::closing

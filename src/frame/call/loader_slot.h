@@ -1,0 +1,15 @@
+#pragma once
+
+#include "velmora/com/dispatch.h"
+
+namespace velmora {
+
+/// This thread's message loader: the one that the last message look-up created, or
+/// nothing.
+com::Ref<com::IDispatch>& messageLoaderSlot() noexcept;
+
+/// Tells this thread's message loader, if any, to unload its resource files (a
+/// failure is ignored) and empties the slot.
+void unloadMessageLoader() noexcept;
+
+}  // namespace velmora

@@ -1,0 +1,56 @@
+#include "frame/call/parse.h"
+
+#include "frame/call/text.h"
+#include "velmora/com/error.h"
+
+namespace velmora {
+
+namespace {
+
+/// The value at the start of `rest`, which goes on behind the value's ";".
+std::string_view cutValue(std::string_view& rest) {
+  rest = trimmed(rest);
+  if (!rest.starts_with('{')) return trimmed(cutAt(rest, ';'));
+  rest.remove_prefix(1);
+  const std::string_view value = cutAt(rest, '}');
+  cutAt(rest, ';');
+  return trimmed(value);
+}
+
+}  // namespace
+
+CParse::CParse() : properties_(com::make<collections::Dictionary>()) {}
+
+bool CParse::ParseString(std::string_view text) {
+  text_ = text;
+  properties_->RemoveAll();
+  std::string_view rest = text_;
+  while (true) {
+    const std::string_view key = trimmed(cutAt(rest, '='));
+    if (key.empty()) return true;
+    properties_->Add(key, cutValue(rest));
+  }
+}
+
+std::string CParse::GetProperty(std::string_view name) const {
+  if (!properties_->Lookup(name))
+    throw com::Error(com::error::kInvalidArgument, "CParse",
+                     "the connection string has no property \"" + std::string(name) + "\"");
+  return properties_->Value(name).toText();
+}
+
+std::string CParse::LanguageID() const {
+  constexpr std::string_view key = "LANGUAGE";
+  return properties_->Lookup(key) ? properties_->Value(key).toText() : "chs";
+}
+
+bool CParse::IsIndustry() const {
+  return upperCased(GetProperty("AcctType")) == "GY";
+}
+
+std::string CParse::GetRzObjectName(std::string_view name) const {
+  const std::string edition = upperCased(GetProperty("Q8Version"));
+  return edition == "VRQ" ? std::string(name) + "_" + edition : std::string(name);
+}
+
+}  // namespace velmora

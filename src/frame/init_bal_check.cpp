@@ -1,0 +1,111 @@
+#include "frame/init_bal_check.h"
+
+#include "checks/closing/check_item_list.h"
+#include "checks/closing/closing_data_check.h"
+#include "checks/closing/query_builders.h"
+#include "frame/call/operation.h"
+#include "frame/get_data.h"
+#include "frame/not_implemented.h"
+
+namespace velmora {
+
+using collections::DictionaryRef;
+using Result = com::Ref<com::IUnknown>;
+
+namespace {
+
+/// A query builder as a public operation: "" instead of a failure.
+template <class Builder>
+std::string buildQuery(Builder build, const DictionaryRef& dFilter) {
+  return runOperation(
+      Voting::abstains, [&](Place&) { return build(given(dFilter, "dFilter")); },
+      [] { return std::string(); });
+}
+
+}  // namespace
+
+bool clsInitBalCheck::CheckClosingData(const std::string& sDsn, const DictionaryRef& dOption,
+                                       Result& rsReturn, bool& bCanClose) {
+  return runOperation(
+      Voting::votes,
+      [&](Place& place) {
+        call_.PrepareDataSource(sDsn);
+        rsReturn = closing::checkClosingData(call_.dataSource(), sDsn, given(dOption, "dOption"),
+                                             bCanClose, place);
+        return true;
+      },
+      [&] {
+        bCanClose = false;
+        rsReturn = nullptr;
+        return false;
+      });
+}
+
+Result clsInitBalCheck::GetCheckItemDict(const std::string& sDsn, const DictionaryRef& dFilter) {
+  return runOperation(
+      Voting::abstains,
+      [&](Place& place) {
+        call_.PrepareDataSource(sDsn);
+        return Result(
+            closing::GetCheckItemDict(call_.dataSource(), given(dFilter, "dFilter"), place));
+      },
+      [] { return nullptr; });
+}
+
+ado::RecordsetRef clsInitBalCheck::GetData(const std::string& sDsn, const std::string& sSql) {
+  return getData(call_, sDsn, sSql);
+}
+
+std::string clsInitBalCheck::GetUnVchExtBillStr(const DictionaryRef& dFilter) {
+  return buildQuery(
+      [this](const auto& filter) {
+        return closing::GetUnVchExtBillStr(call_.dataSource(), filter);
+      },
+      dFilter);
+}
+
+std::string clsInitBalCheck::GetUnVchBillStr(const DictionaryRef& dFilter) {
+  return buildQuery(closing::GetUnVchBillStr, dFilter);
+}
+
+std::string clsInitBalCheck::GetUnVchInvoiceStr(DictionaryRef& dFilter) {
+  return buildQuery(closing::GetUnVchInvoiceStr, dFilter);
+}
+
+std::string clsInitBalCheck::GetUnAccountArpBillStr(DictionaryRef& dFilter) {
+  return buildQuery(closing::GetUnAccountArpBillStr, dFilter);
+}
+
+std::string clsInitBalCheck::GetUnVchArpBillStr(DictionaryRef& dFilter) {
+  return buildQuery(closing::GetUnVchArpBillStr, dFilter);
+}
+
+std::string clsInitBalCheck::GetUnAuditArpBillStr(DictionaryRef& dFilter) {
+  return buildQuery(closing::GetUnAuditArpBillStr, dFilter);
+}
+
+std::string clsInitBalCheck::GetNoBillVoucherStr(DictionaryRef& dFilter) {
+  return buildQuery(closing::GetNoBillVoucherStr, dFilter);
+}
+
+bool clsInitBalCheck::CheckInitData(const std::string&, const DictionaryRef&, Result&) {
+  raiseNotImplemented("clsInitBalCheck", "CheckInitData");
+}
+
+Result clsInitBalCheck::GetClosingAmtCheck(const std::string&, DictionaryRef&) {
+  raiseNotImplemented("clsInitBalCheck", "GetClosingAmtCheck");
+}
+
+Result clsInitBalCheck::GetInitAmtCheck(const std::string&, DictionaryRef&) {
+  raiseNotImplemented("clsInitBalCheck", "GetInitAmtCheck");
+}
+
+bool clsInitBalCheck::GetClosingCheckDataSql(DictionaryRef&) {
+  raiseNotImplemented("clsInitBalCheck", "GetClosingCheckDataSql");
+}
+
+bool clsInitBalCheck::GetAmtCheckDataSql(DictionaryRef&) {
+  raiseNotImplemented("clsInitBalCheck", "GetAmtCheckDataSql");
+}
+
+}  // namespace velmora
