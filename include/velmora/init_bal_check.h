@@ -64,7 +64,7 @@ class _clsInitBalCheck : public com::IDispatch {
   /// is read only beside BYear; without BYear both come from the system profile);
   /// bShowAllError (false: only the voucher checks that the profile demands);
   /// OnProgress (absent): an object whose method Progress(caption, index, count) is
-  /// called before each check, index from 1.
+  /// called before each check, index from 1; what it raises ends the run as a failure.
   /// True: `rsReturn` holds FID, FChkItem, FChkType, FChkInfo of every finding and
   /// `bCanClose` is true without any finding, false with a serious one, and as the
   /// caller passed it when there are only warnings. A message longer than its column
@@ -75,9 +75,9 @@ class _clsInitBalCheck : public com::IDispatch {
 
   // The query builders below answer T-SQL text, "" when they fail. They read, unless
   // told otherwise: bArp, BYear, BPeriod, bCheckPassed (true: every period up to this
-  // one), bShowAll (both sides), strLanguage (an absent one is not simplified Chinese;
-  // give "chs"), CurrencyID (0 or less: all), ItemFilter (an SQL condition over the
-  // query's aliases, spliced in as it is). Absent keys read as false, 0 and "".
+  // one), bShowAll (both sides), strLanguage ("chs", "CHT", "EN"), CurrencyID (0 or
+  // less: all), ItemFilter (an SQL condition over the query's aliases, spliced in as it
+  // is: put one with "or" into parentheses). Absent keys read as false, 0 and "".
 
   /// Transfers between accounts without voucher. Also reads bPreChecked (true: the
   /// offsets of advances). Needs a data source: the period's dates come from the

@@ -35,20 +35,13 @@ std::int32_t answer(Body body) noexcept {
   }
 }
 
-std::string ownPath() {
-  Dl_info info{};
-  if (dladdr(reinterpret_cast<const void*>(&ownPath), &info) == 0 || info.dli_fname == nullptr)
-    throw com::Error(com::error::kFailed, "Velmora", "the component's own file cannot be found");
-  return std::filesystem::absolute(info.dli_fname).lexically_normal().string();
-}
-
 }  // namespace
 
 #define VELMORA_ENTRY_POINT extern "C" [[gnu::visibility("default")]] std::int32_t
 
 VELMORA_ENTRY_POINT DllRegisterServer() {
   return answer([] {
-    const std::string path = ownPath();
+    const std::string path = com::LibraryOf(reinterpret_cast<const void*>(&DllRegisterServer));
     for (const auto& entry : publicClasses())
       com::Registry::putClass({entry.progId, entry.classId, path});
     return com::kOk;
