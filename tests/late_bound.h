@@ -53,7 +53,7 @@ com::ScopedClass standIn(std::string progId, Create create) {
 struct FakeLoader {
   std::map<std::string, std::string> messages;
   int created = 0, unloaded = 0;
-  std::string baseName, language;
+  std::string baseName = {}, language = {};
 
   /// The translation by key; a key without one is an error, as for the suite's loader.
   com::ScopedClass install() {

@@ -4,6 +4,7 @@
 #include "late_bound.h"
 #include "scripted_database.h"
 #include "velmora/collections/vector.h"
+#include "velmora/com/context.h"
 #include "velmora/interfaces.h"
 
 namespace velmora {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "velmora/com/class_table.h"
+#include "velmora/com/error.h"
 #include "velmora/com/registry.h"
 #include "velmora/interfaces.h"
 
