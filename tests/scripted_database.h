@@ -100,7 +100,8 @@ class ScriptedDatabase {
         throw com::Error(com::error::kProvider, "Scripted", answer->failure);
       return {{true, answer->rows, -1}};
     }
-    const bool returnsRows = batch.find("elect") != std::string_view::npos;
+    const bool returnsRows = batch.find("elect") != std::string_view::npos ||
+                             batch.find("ELECT") != std::string_view::npos;
     return {{returnsRows, returnsRows ? rowset({"FNothing"}, {}) : ado::Rowset{}, -1}};
   }
 

@@ -171,7 +171,7 @@ TEST_F(CheckItemList, ComparesTheModulesCurrentPeriods) {
     const char *icYear, *icPeriod, *glYear, *glPeriod;
     const char* query;
   };
-  const auto query = [this] { return item(10)->Value("FSql").toText(); };
+  const auto query = [this] { return item(9)->Value("FSql").toText(); };
   for (const Case& c : {
            Case{"2009", "3", "2009", "3", ""},
            Case{"2010", "1", "2008", "12", ""},

@@ -138,7 +138,7 @@ TEST(GetData, RunsTheQueryAsItIsAndDisconnects) {
                           "select * from t_item -- as given "));
   EXPECT_EQ(com::GetObjectContext().vote(), com::Vote::complete);
 
-  const auto none = getData(call, kScriptedDsn, "select FNothing from t_item2");
+  const auto none = getData(call, kScriptedDsn, "select FNothing from t_account");
   EXPECT_TRUE(none->EOF_());
   EXPECT_EQ(none->Fields()(0).Name(), "FNothing");
   EXPECT_EQ(getData(call, kScriptedDsn, "update t_item set FItemID = 0")->State(),
