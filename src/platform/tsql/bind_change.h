@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/tsql/bind_query.h"
+#include "platform/tsql/translate.h"
+
+namespace velmora::tsql {
+
+Change bindInsert(Context& context, const InsertStatement& statement);
+Change bindUpdate(Context& context, const UpdateStatement& statement);
+Change bindDelete(Context& context, const DeleteStatement& statement);
+Change bindTruncate(Context& context, const TruncateStatement& statement);
+
+/// Raises when the table may not be changed: a view, or a permanent table while the
+/// database is open for reading only.
+void requireChangeable(Context& context, const TableInfo& table, Position position);
+
+/// The column of that name; raises 207.
+const ColumnInfo& requireColumn(const TableInfo& table, std::string_view name, Position position);
+
+/// What a column holds when nothing is given for it.
+std::string defaultSql(const ColumnInfo& column);
+
+/// The target of UPDATE or DELETE among the sources of its FROM clause, which it joins
+/// when it is not named there.
+struct ChangeTarget {
+  const TableInfo* table = nullptr;
+  const Source* source = nullptr;
+  std::string from;  ///< the FROM clause's SQL, without the word
+};
+ChangeTarget bindTarget(Context& context, QueryScope& scope, const QualifiedName& target,
+                        const std::vector<TableSourcePtr>& from);
+
+/// Whether each row of the target meets at most one row of the other sources: every one
+/// of them is fixed by its key through equalities. Only inner and left joins and WHERE
+/// are looked at.
+bool meetsOnce(const QueryScope& scope, const Source& target,
+               const std::vector<TableSourcePtr>& from, const ExpressionPtr& where);
+
+}  // namespace velmora::tsql

@@ -1,0 +1,191 @@
+#include "platform/tsql/bind_query.h"
+#include "platform/tsql/errors.h"
+#include "platform/tsql/overloaded.h"
+#include "platform/tsql/sql_text.h"
+#include "platform/tsql/system_views.h"
+
+namespace velmora::tsql {
+namespace {
+
+/// Binds the items of one FROM clause.
+class FromBinder {
+ public:
+  FromBinder(Context& context, QueryScope& scope) : context_(context), scope_(scope) {}
+
+  std::string bind(const TableSource& source) {
+    return std::visit(
+        Overloaded{
+            [&](const NamedTable& table) { return bindNamed(table, source.position); },
+            [&](const DerivedTable& table) { return bindDerived(table, source.position); },
+            [&](const Join& join) { return bindJoin(join); },
+        },
+        source.node);
+  }
+
+ private:
+  std::string bindNamed(const NamedTable& named, Position position) {
+    Source source;
+    source.alias = named.alias.value_or(named.name.name);
+    source.engine = scope_.engineAlias(source.alias);
+    const std::string relation = relationSql(named.name, source);
+    std::string sql = relation + " AS " + source.engine;
+    addSource(scope_, std::move(source), position);
+    return sql;
+  }
+
+  /// Fills the source's columns and gives what stands before its alias.
+  std::string relationSql(const QualifiedName& name, Source& source) {
+    if (name.qualifiers.empty()) {
+      if (const CommonTableInfo* common = scope_.findCommonTable(name.name)) {
+        source.columns = common->columns;
+        return common->engine;
+      }
+    }
+    const TableInfo* table = findTable(context_, name);
+    if (table == nullptr) return systemRelation(name, source);
+    ++context_.tableUses[table];
+    if (!table->isView) source.table = table;
+    if (!table->primaryKey.empty()) source.uniqueKey = table->primaryKey;
+    for (const ColumnInfo& column : table->columns) {
+      source.columns.push_back({column.name, column.type, column.nullable});
+    }
+    return table->engineName;
+  }
+
+  std::string systemRelation(const QualifiedName& name, Source& source) {
+    auto view = systemView(name.name, context_.scope.catalog);
+    if (!view) raiseAt(name.position, 208, "Invalid object name '" + name.name + "'.");
+    source.columns = std::move(view->columns);
+    return "(" + view->sql + ")";
+  }
+
+  std::string bindDerived(const DerivedTable& derived, Position position) {
+    // A derived table does not see its neighbours, only what is around the whole query.
+    const BoundQuery query = bindQuery(context_, scope_.outer, *derived.query);
+    Source source;
+    source.alias = derived.alias;
+    source.engine = scope_.engineAlias(source.alias);
+    source.columns = derivedColumns(query, derived, position);
+    std::string sql = "(" + derivedText(query) + ") AS " + source.engine + columnList(source);
+    if (const auto* select = std::get_if<BoundSelect>(&query.body.node);
+        select != nullptr && select->uniqueKey && derived.columns.empty()) {
+      source.uniqueKey = *select->uniqueKey;
+    }
+    addSource(scope_, std::move(source), position);
+    return sql;
+  }
+
+  static std::vector<SourceColumn> derivedColumns(const BoundQuery& query,
+                                                  const DerivedTable& derived, Position position) {
+    const auto& outputs = columnsOf(query);
+    if (!derived.columns.empty() && derived.columns.size() != outputs.size()) {
+      raiseAt(position, 8158,
+              "'" + derived.alias + "' has a different number of columns than its column list.");
+    }
+    std::vector<SourceColumn> columns;
+    for (std::size_t i = 0; i < outputs.size(); ++i) {
+      const std::string& name = derived.columns.empty() ? outputs[i].name : derived.columns[i];
+      checkColumnName(columns, name, i, derived.alias, position);
+      columns.push_back({name, outputs[i].type, outputs[i].nullable});
+    }
+    return columns;
+  }
+
+  static void checkColumnName(const std::vector<SourceColumn>& columns, const std::string& name,
+                              std::size_t index, const std::string& alias, Position position) {
+    if (name.empty()) {
+      raiseAt(position, 8155,
+              "No column name was specified for column " + std::to_string(index + 1) + " of '" +
+                  alias + "'.");
+    }
+    for (const SourceColumn& column : columns) {
+      if (sameName(column.name, name)) {
+        raiseAt(position, 8156,
+                "The column '" + name + "' was specified multiple times for '" + alias + "'.");
+      }
+    }
+  }
+
+  static std::string columnList(const Source& source) {
+    std::vector<std::string> names;
+    names.reserve(source.columns.size());
+    for (const SourceColumn& column : source.columns) names.push_back(quoteName(column.name));
+    return "(" + tsql::join(names, ", ") + ")";
+  }
+
+  std::string bindJoin(const Join& join) {
+    const std::size_t first = scope_.sources.size();
+    std::string sql = bind(*join.left);
+    const std::size_t second = scope_.sources.size();
+    sql += word(join.kind) + bindSide(*join.right);
+    if (join.kind == JoinKind::Right || join.kind == JoinKind::Full) makeNullable(first, second);
+    if (join.kind == JoinKind::Left || join.kind == JoinKind::Full) {
+      makeNullable(second, scope_.sources.size());
+    }
+    if (join.on) {
+      sql += " ON " + ExpressionBinder(context_, scope_).bindCondition(*join.on).sql;
+    }
+    return sql;
+  }
+
+  std::string bindSide(const TableSource& source) {
+    const bool nested = std::holds_alternative<Join>(source.node);
+    return nested ? "(" + bind(source) + ")" : bind(source);
+  }
+
+  static std::string word(JoinKind kind) {
+    switch (kind) {
+      case JoinKind::Inner:
+        return " JOIN ";
+      case JoinKind::Left:
+        return " LEFT JOIN ";
+      case JoinKind::Right:
+        return " RIGHT JOIN ";
+      case JoinKind::Full:
+        return " FULL JOIN ";
+      case JoinKind::Cross:
+        return " CROSS JOIN ";
+    }
+    return "";
+  }
+
+  void makeNullable(std::size_t from, std::size_t to) {
+    for (std::size_t i = from; i < to; ++i) {
+      for (SourceColumn& column : scope_.sources[i].columns) column.nullable = true;
+    }
+  }
+
+  Context& context_;
+  QueryScope& scope_;
+};
+
+}  // namespace
+
+std::string bindFrom(Context& context, QueryScope& scope, const std::vector<TableSourcePtr>& from) {
+  FromBinder binder(context, scope);
+  std::string sql;
+  for (const TableSourcePtr& source : from) {
+    if (!sql.empty()) sql += ", ";
+    sql += binder.bind(*source);
+  }
+  return sql;
+}
+
+const TableInfo* findTable(Context& context, const QualifiedName& name) {
+  const auto& qualifiers = name.qualifiers;
+  const bool otherDatabase =
+      qualifiers.size() > 1 && !name.isTemporary() && !qualifiers[qualifiers.size() - 2].empty();
+  if (otherDatabase) refuse(name.position, "the table '" + name.name + "' of another database");
+  if (!qualifiers.empty() && !qualifiers.back().empty() && !sameName(qualifiers.back(), "dbo")) {
+    return nullptr;
+  }
+  return context.scope.catalog.findTable(name.name);
+}
+
+const TableInfo& requireTable(Context& context, const QualifiedName& name) {
+  const TableInfo* table = findTable(context, name);
+  if (table == nullptr) raiseAt(name.position, 208, "Invalid object name '" + name.name + "'.");
+  return *table;
+}
+
+}  // namespace velmora::tsql

@@ -1,0 +1,138 @@
+#include <algorithm>
+
+#include "platform/tsql/bind_change.h"
+#include "platform/tsql/conversion.h"
+#include "platform/tsql/errors.h"
+#include "platform/tsql/order_rules.h"
+#include "platform/tsql/sql_text.h"
+
+namespace velmora::tsql {
+namespace {
+
+struct NewValue {
+  const ColumnInfo* column;
+  std::string sql;
+};
+
+/// Binds one UPDATE. Every expression sees the row's old values, also where the target
+/// is read a second time in the same statement.
+class UpdateBinder {
+ public:
+  UpdateBinder(Context& context, const UpdateStatement& statement)
+      : context_(context), statement_(statement), binder_(context, scope_) {}
+
+  Change bind() {
+    scope_.aggregatesAllowed = false;
+    target_ = bindTarget(context_, scope_, statement_.target, statement_.from);
+    for (const Assignment& assignment : statement_.assignments) bindAssignment(assignment);
+    if (statement_.where) {
+      where_ = " WHERE " + binder_.bindCondition(*statement_.where).sql;
+    }
+    return {scope_.sources.size() == 1 && !readsTargetAgain() ? directSql() : joinedSql(), "", ""};
+  }
+
+ private:
+  void bindAssignment(const Assignment& assignment) {
+    const QualifiedName& name = assignment.column;
+    const ColumnInfo& column = requireColumn(*target_.table, name.name, name.position);
+    checkTarget(name, column);
+    const bool isDefault = std::holds_alternative<DefaultLiteral>(assignment.value->node);
+    const std::string label = target_.table->name + "." + column.name;
+    values_.push_back(
+        {&column, isDefault ? defaultSql(column)
+                            : exactSql(assignTo(binder_.bind(*assignment.value), column.type, label,
+                                                assignment.value->position))});
+  }
+
+  void checkTarget(const QualifiedName& name, const ColumnInfo& column) const {
+    if (!name.qualifiers.empty() && !sameName(name.qualifiers.back(), target_.source->alias) &&
+        !sameName(name.qualifiers.back(), target_.table->name)) {
+      raiseAt(name.position, 4104,
+              "The multi-part identifier \"" + name.qualifiers.back() + "." + name.name +
+                  "\" could not be bound.");
+    }
+    if (column.identity) {
+      raiseAt(name.position, 8102, "Cannot update identity column '" + column.name + "'.");
+    }
+    const auto same = [&](const NewValue& value) { return value.column == &column; };
+    if (std::ranges::any_of(values_, same)) {
+      raiseAt(name.position, 264,
+              "The column name '" + column.name + "' is specified more than once.");
+    }
+  }
+
+  bool readsTargetAgain() const { return context_.tableUses.at(target_.table) > 1; }
+
+  std::string directSql() const {
+    std::vector<std::string> sets;
+    for (const NewValue& value : values_) {
+      sets.push_back(quoteName(value.column->name) + " = " + value.sql);
+    }
+    return "UPDATE " + target_.from + " SET " + join(sets, ", ") + where_;
+  }
+
+  /// The new values are found by row number first. Where a row may meet several rows of
+  /// the other tables, the first in their natural order counts.
+  std::string joinedSql() const {
+    const std::string rowId = target_.source->engine + ".rowid";
+    std::vector<std::string> sets;
+    std::string rows = rowId + " AS rid";
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+      const std::string place = quoteName("c" + std::to_string(i + 1));
+      rows += ", " + values_[i].sql + " AS " + place;
+      sets.push_back(quoteName(values_[i].column->name) + " = s." + place);
+    }
+    rows += " FROM " + target_.from + where_;
+    const bool once = meetsOnce(scope_, *target_.source, statement_.from, statement_.where);
+    std::string select = once ? "SELECT " + rows
+                              : "SELECT DISTINCT ON (" + rowId + ") " + rows + " ORDER BY " +
+                                    rowId + firstMatch(rowId);
+    // Without a sort the engine would read and change the table in one go.
+    const bool settle = once && readsTargetAgain();
+    const std::string update =
+        "UPDATE " + target_.table->engineName + " AS u SET " + join(sets, ", ") + " FROM ";
+    if (settle) {
+      return "WITH s AS MATERIALIZED (" + select + ") " + update + "s WHERE u.rowid = s.rid";
+    }
+    return update + "(" + select + ") AS s WHERE u.rowid = s.rid";
+  }
+
+  std::string firstMatch(const std::string& rowId) const {
+    std::string terms;
+    for (const std::string& term : naturalOrder(scope_, false)) {
+      if (!term.starts_with(rowId + " ")) terms += ", " + term;
+    }
+    return terms;
+  }
+
+  Context& context_;
+  const UpdateStatement& statement_;
+  QueryScope scope_;
+  ExpressionBinder binder_;
+  ChangeTarget target_;
+  std::vector<NewValue> values_;
+  std::string where_;
+};
+
+}  // namespace
+
+Change bindUpdate(Context& context, const UpdateStatement& statement) {
+  return UpdateBinder(context, statement).bind();
+}
+
+Change bindDelete(Context& context, const DeleteStatement& statement) {
+  QueryScope scope;
+  scope.aggregatesAllowed = false;
+  const ChangeTarget target = bindTarget(context, scope, statement.target, statement.from);
+  ExpressionBinder binder(context, scope);
+  const std::string where =
+      statement.where ? " WHERE " + binder.bindCondition(*statement.where).sql : "";
+  if (where.empty() && scope.sources.size() == 1) {
+    return {"DELETE FROM " + target.table->engineName, "", ""};
+  }
+  return {"DELETE FROM " + target.table->engineName + " WHERE rowid IN (SELECT " +
+              target.source->engine + ".rowid FROM " + target.from + where + ")",
+          "", ""};
+}
+
+}  // namespace velmora::tsql

@@ -1,0 +1,54 @@
+#include "platform/tsql/order_rules.h"
+
+#include "platform/tsql/bind_query.h"
+#include "platform/tsql/sql_text.h"
+#include "platform/tsql/text_rules.h"
+
+namespace velmora::tsql {
+namespace {
+
+std::string ascending(const std::string& sql) {
+  return sql + " ASC NULLS FIRST";
+}
+
+std::vector<std::string> groupOrder(const QueryScope& scope, bool rollup) {
+  std::vector<std::string> terms;
+  for (const GroupKey& key : scope.keys) {
+    if (rollup) terms.push_back("grouping(" + key.groupSql + ")");
+    terms.push_back(ascending(key.groupSql));
+  }
+  return terms;
+}
+
+void addColumns(std::vector<std::string>& terms, const Source& source) {
+  for (const SourceColumn& column : source.columns) {
+    terms.push_back(orderTerm(computed(source.columnSql(column), column.type), false));
+  }
+}
+
+}  // namespace
+
+std::string orderTerm(const Bound& value, bool descending) {
+  if (descending) return keySql(value) + " DESC NULLS LAST";
+  return ascending(keySql(value));
+}
+
+std::vector<std::string> naturalOrder(const QueryScope& scope, bool rollup) {
+  if (scope.grouped) return groupOrder(scope, rollup);
+  std::vector<std::string> terms;
+  for (const Source& source : scope.sources) {
+    if (source.table != nullptr) terms.push_back(ascending(source.engine + ".rowid"));
+  }
+  for (const Source& source : scope.sources) {
+    if (source.table == nullptr) addColumns(terms, source);
+  }
+  return terms;
+}
+
+bool comesInOrder(const QueryScope& scope) {
+  if (scope.grouped) return scope.keys.empty();
+  return scope.sources.empty() ||
+         (scope.sources.size() == 1 && scope.sources.front().table != nullptr);
+}
+
+}  // namespace velmora::tsql

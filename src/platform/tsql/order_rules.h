@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/tsql/query_scope.h"
+
+namespace velmora::tsql {
+
+/// The order that rows come in without an ORDER BY, as ORDER BY terms; it also decides
+/// among rows that an ORDER BY leaves equal, so that the same data always gives the same
+/// rows in the same order:
+/// - grouped: by the keys; with rollup each group's rows, then its subtotal;
+/// - otherwise by the row numbers of the stored tables in the order of FROM, then by the
+///   columns of its derived tables.
+std::vector<std::string> naturalOrder(const QueryScope& scope, bool rollup);
+
+/// Whether the natural order needs no sorting: the rows of at most one stored table come
+/// as they were stored.
+bool comesInOrder(const QueryScope& scope);
+
+}  // namespace velmora::tsql

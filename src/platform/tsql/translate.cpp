@@ -1,0 +1,130 @@
+#include "platform/tsql/translate.h"
+
+#include <algorithm>
+
+#include "platform/tsql/bind_change.h"
+#include "platform/tsql/bind_definition.h"
+#include "platform/tsql/bind_query.h"
+#include "platform/tsql/conversion.h"
+#include "platform/tsql/errors.h"
+#include "platform/tsql/overloaded.h"
+#include "platform/tsql/sql_text.h"
+
+namespace velmora::tsql {
+namespace {
+
+/// The first SELECT of a query, where INTO and assignments stand.
+const Select& firstSelect(const QueryBody& body) {
+  if (const auto* select = std::get_if<Select>(&body.node)) return *select;
+  return firstSelect(*std::get<UnionQuery>(body.node).first);
+}
+
+Rows rowsOf(const BoundQuery& query) {
+  Rows rows;
+  for (const OutputColumn& column : columnsOf(query)) {
+    SqlType type = column.type;
+    if (type.kind == SqlKind::untypedNull) type = SqlType::integer();
+    rows.columns.push_back({column.name, type, column.nullable});
+  }
+  rows.sql = orderedQueryText(query);
+  return rows;
+}
+
+const Variable& requireVariable(Context& context, const std::string& name, Position position) {
+  const auto found = context.scope.variables.find(name);
+  if (found == context.scope.variables.end()) {
+    raiseAt(position, 137, "Must declare the scalar variable \"" + name + "\".");
+  }
+  return found->second;
+}
+
+Assign assignOf(Context& context, const BoundQuery& query, const BoundSelect& select) {
+  Assign assign;
+  assign.variables = select.variables;
+  std::vector<std::string> places;
+  std::vector<std::string> values;
+  for (std::size_t i = 0; i < select.outputs.size(); ++i) {
+    const Position position = select.outputs[i].position;
+    const Variable& variable = requireVariable(context, assign.variables[i], position);
+    places.push_back(quoteName("c" + std::to_string(i + 1)));
+    const Bound value = computed("q." + places.back(), columnsOf(query)[i].type);
+    values.push_back(exactSql(castTo(value, variable.type, position)));
+  }
+  assign.sql = "SELECT " + join(values, ", ") + " FROM (" + orderedQueryText(query) + ") AS q(" +
+               join(places, ", ") + ")";
+  return assign;
+}
+
+Action translateSelect(Context& context, const SelectStatement& statement) {
+  const Query& query = *statement.query;
+  const Select& select = firstSelect(query.body);
+  if (select.into) return bindSelectInto(context, query, *select.into);
+  const BoundQuery bound = bindQuery(context, nullptr, query);
+  const auto* only = std::get_if<BoundSelect>(&bound.body.node);
+  if (only != nullptr && !only->variables.empty()) return assignOf(context, bound, *only);
+  return rowsOf(bound);
+}
+
+Action translateNode(Context& context, const Statement& statement) {
+  return std::visit(
+      Overloaded{
+          [&](const SelectStatement& node) { return translateSelect(context, node); },
+          [&](const InsertStatement& node) -> Action { return bindInsert(context, node); },
+          [&](const UpdateStatement& node) -> Action { return bindUpdate(context, node); },
+          [&](const DeleteStatement& node) -> Action { return bindDelete(context, node); },
+          [&](const TruncateStatement& node) -> Action { return bindTruncate(context, node); },
+          [&](const CreateTableStatement& node) -> Action {
+            return bindCreateTable(context, node);
+          },
+          [&](const CreateViewStatement& node) -> Action { return bindCreateView(context, node); },
+          [&](const CreateIndexStatement& node) -> Action {
+            return bindCreateIndex(context, node);
+          },
+          [&](const DropTableStatement& node) -> Action { return bindDropTable(context, node); },
+          [&](const DropViewStatement& node) -> Action { return bindDropView(context, node); },
+          [&](const DropIndexStatement& node) -> Action { return bindDropIndex(context, node); },
+          [&](const auto&) -> Action {
+            refuse(statement.position, "this statement as a query or change");
+          },
+      },
+      statement.node);
+}
+
+/// A query of one row and one cell.
+Translation cell(Context& context, std::string sql, const SqlType& type) {
+  Rows rows;
+  rows.sql = "SELECT " + std::move(sql);
+  rows.columns.push_back({"", type, true});
+  return {std::move(rows), std::move(context.functions)};
+}
+
+}  // namespace
+
+bool IgnoreCase::operator()(std::string_view a, std::string_view b) const noexcept {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+  return std::ranges::lexicographical_compare(a, b, {}, lower, lower);
+}
+
+Translation translate(const Statement& statement, const Scope& scope) {
+  Context context{scope, {}, {}};
+  Action action = translateNode(context, statement);
+  return {std::move(action), std::move(context.functions)};
+}
+
+Translation translateCondition(const Expression& condition, const Scope& scope) {
+  Context context{scope, {}, {}};
+  QueryScope names;
+  names.aggregatesAllowed = false;
+  const BoundCondition bound = ExpressionBinder(context, names).bindCondition(condition);
+  return cell(context, "CAST(coalesce(" + bound.sql + ", FALSE) AS TINYINT)", SqlType::bit());
+}
+
+Translation translateValue(const Expression& value, const SqlType& type, const Scope& scope) {
+  Context context{scope, {}, {}};
+  QueryScope names;
+  names.aggregatesAllowed = false;
+  const Bound bound = ExpressionBinder(context, names).bind(value);
+  return cell(context, exactSql(castTo(bound, type, value.position)), type);
+}
+
+}  // namespace velmora::tsql

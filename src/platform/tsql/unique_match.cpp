@@ -1,0 +1,109 @@
+#include <algorithm>
+#include <set>
+
+#include "platform/tsql/bind_change.h"
+#include "platform/tsql/errors.h"
+#include "platform/tsql/overloaded.h"
+#include "platform/tsql/sql_text.h"
+
+namespace velmora::tsql {
+namespace {
+
+/// `fixed.column = something of by`, or a constant when `by` is null.
+struct Equality {
+  const Source* fixed;
+  std::string column;
+  const Source* by;
+};
+
+/// The equalities that every row of the FROM clause fulfils.
+class EqualitySearch {
+ public:
+  explicit EqualitySearch(const QueryScope& scope) : scope_(scope) {}
+
+  /// False where a join keeps rows of the left side without a match.
+  bool visit(const TableSource& source) {
+    const auto* join = std::get_if<Join>(&source.node);
+    if (join == nullptr) {
+      ++next_;
+      return true;
+    }
+    if (join->kind == JoinKind::Right || join->kind == JoinKind::Full) return false;
+    if (!visit(*join->left)) return false;
+    const std::size_t right = next_;
+    if (!visit(*join->right)) return false;
+    // A left join's condition says nothing about the rows of its left side.
+    if (join->on) addAll(*join->on, join->kind == JoinKind::Left ? right : 0);
+    return true;
+  }
+
+  void addAll(const Expression& condition, std::size_t firstSource) {
+    if (const auto* logical = std::get_if<LogicalExpression>(&condition.node)) {
+      if (logical->op != LogicalOperator::And) return;
+      for (const ExpressionPtr& operand : logical->operands) addAll(*operand, firstSource);
+      return;
+    }
+    const auto* comparison = std::get_if<Comparison>(&condition.node);
+    if (comparison == nullptr || comparison->op != ComparisonOperator::Equal) return;
+    add(*comparison->left, *comparison->right, firstSource);
+    add(*comparison->right, *comparison->left, firstSource);
+  }
+
+  const std::vector<Equality>& found() const { return found_; }
+
+ private:
+  void add(const Expression& side, const Expression& other, std::size_t firstSource) {
+    const auto* reference = std::get_if<ColumnReference>(&side.node);
+    if (reference == nullptr) return;
+    const ColumnMatch match = resolveColumn(scope_, reference->column);
+    if (match.scope != &scope_ || match.source < &scope_.sources[0] + firstSource) return;
+    std::visit(Overloaded{[&](const ColumnReference& column) {
+                            const ColumnMatch by = resolveColumn(scope_, column.column);
+                            if (by.source != match.source) {
+                              found_.push_back({match.source, match.column->name, by.source});
+                            }
+                          },
+                          [&](const IntegerLiteral&) {
+                            found_.push_back({match.source, match.column->name, nullptr});
+                          },
+                          [](const auto&) {}},
+               other.node);
+  }
+
+  const QueryScope& scope_;
+  std::size_t next_ = 0;
+  std::vector<Equality> found_;
+};
+
+bool isFixed(const Source& source, const std::vector<Equality>& equalities,
+             const std::set<const Source*>& known) {
+  if (!source.uniqueKey) return false;
+  return std::ranges::all_of(*source.uniqueKey, [&](const std::string& column) {
+    return std::ranges::any_of(equalities, [&](const Equality& equality) {
+      return equality.fixed == &source && sameName(equality.column, column) &&
+             (equality.by == nullptr || known.contains(equality.by));
+    });
+  });
+}
+
+}  // namespace
+
+bool meetsOnce(const QueryScope& scope, const Source& target,
+               const std::vector<TableSourcePtr>& from, const ExpressionPtr& where) {
+  EqualitySearch search(scope);
+  for (const TableSourcePtr& source : from) {
+    if (!search.visit(*source)) return false;
+  }
+  if (where) search.addAll(*where, 0);
+  std::set<const Source*> known = {&target};
+  for (bool grown = true; grown;) {
+    grown = false;
+    for (const Source& source : scope.sources) {
+      if (known.contains(&source) || !isFixed(source, search.found(), known)) continue;
+      grown = known.insert(&source).second;
+    }
+  }
+  return known.size() == scope.sources.size();
+}
+
+}  // namespace velmora::tsql
