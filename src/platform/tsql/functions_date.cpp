@@ -5,6 +5,7 @@
 #include "platform/tsql/errors.h"
 #include "platform/tsql/functions.h"
 #include "platform/tsql/sql_text.h"
+#include "platform/tsql/text_scan.h"
 
 namespace velmora::tsql {
 namespace {

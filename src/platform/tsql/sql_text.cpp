@@ -49,12 +49,6 @@ bool sameName(std::string_view a, std::string_view b) noexcept {
   return std::ranges::equal(a, b, {}, lowerLetter, lowerLetter);
 }
 
-std::string lowered(std::string_view text) {
-  std::string result(text);
-  std::ranges::transform(result, result.begin(), lowerLetter);
-  return result;
-}
-
 std::string castSql(std::string_view sql, std::string_view engineTypeName) {
   std::string result = "CAST(";
   return result.append(sql).append(" AS ").append(engineTypeName).append(")");

@@ -19,8 +19,6 @@ std::string engineTableName(std::string_view name);
 
 /// Names are the same without regard to case.
 bool sameName(std::string_view a, std::string_view b) noexcept;
-/// ASCII letters made small.
-std::string lowered(std::string_view text);
 
 /// "CAST(sql AS type)".
 std::string castSql(std::string_view sql, const SqlType& type);

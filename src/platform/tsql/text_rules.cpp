@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/tsql/sql_text.h"
+#include "platform/tsql/text_scan.h"
 
 namespace velmora::tsql {
 namespace {
