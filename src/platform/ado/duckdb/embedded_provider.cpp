@@ -1,0 +1,62 @@
+#include "platform/ado/duckdb/embedded_provider.h"
+
+#include <utility>
+
+#include "platform/ado/duckdb/batch_runner.h"
+#include "platform/ado/duckdb/engine_error.h"
+#include "platform/ado/duckdb/parameters.h"
+#include "platform/ado/duckdb/table_appender.h"
+#include "platform/tsql/parser.h"
+
+namespace velmora::ado::embedded {
+
+namespace {
+
+class EmbeddedConnection final : public ProviderConnection {
+ public:
+  explicit EmbeddedConnection(const Settings& settings)
+      : state_(std::make_shared<SessionState>(settings)) {}
+
+  std::vector<StatementResult> execute(std::string_view batch,
+                                       std::span<const ParameterValue> parameters) override {
+    native_.clear();
+    if (state_->bulkInsertOpen)
+      throwError("A bulk insert of this connection is not finished; nothing else can run before.");
+    setUpOnce();
+    const auto parsed = tsql::parse(batch);
+    return BatchRunner(*state_, toVariables(parameters), native_).run(parsed);
+  }
+
+  std::unique_ptr<BulkInsert> bulkInsert(std::string_view table,
+                                         std::span<const std::string> columns) override {
+    return std::make_unique<TableAppender>(state_, table, columns);
+  }
+
+  std::string lastNativeSql() const override {
+    std::string text;
+    for (const auto& sql : native_) text += sql + "\n";
+    return text;
+  }
+
+ private:
+  void setUpOnce() {
+    if (std::exchange(state_->prepared, true)) return;
+    const std::string script(tsql::engineSetupSql());
+    if (!script.empty()) state_->session.runScript(script);
+  }
+
+  std::shared_ptr<SessionState> state_;
+  std::vector<std::string> native_;
+};
+
+}  // namespace
+
+std::unique_ptr<ProviderConnection> openConnection(const ConnectionString& settings) {
+  return std::make_unique<EmbeddedConnection>(readSettings(settings));
+}
+
+void registerProvider() {
+  RegisterProvider(kSource, openConnection);
+}
+
+}  // namespace velmora::ado::embedded

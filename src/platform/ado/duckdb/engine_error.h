@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velmora::ado::embedded {
+
+/// Source of every error of the embedded provider.
+inline constexpr const char* kSource = "Velmora.Embedded";
+
+/// What the engine said, as accountants and SQL Server users read it: SQL Server's number
+/// and wording where there is one ("2627: Violation of ..."), else the engine's first
+/// line. Names of files are left out.
+std::string readableError(std::string_view engineMessage);
+
+/// Raises com::error::kProvider with the readable form of the engine's message.
+[[noreturn]] void throwEngineError(std::string_view engineMessage);
+/// Raises com::error::kProvider with `message` as it is.
+[[noreturn]] void throwError(std::string message);
+/// Raises com::error::kProviderConnect.
+[[noreturn]] void throwConnectError(std::string message);
+
+}  // namespace velmora::ado::embedded

@@ -1,0 +1,156 @@
+#include "platform/ado/duckdb/table_declarations.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <string_view>
+
+#include "platform/ado/duckdb/engine_error.h"
+#include "platform/ado/duckdb/rows.h"
+#include "platform/tsql/parser.h"
+#include "platform/tsql/sql_text.h"
+
+namespace velmora::ado::embedded {
+
+namespace {
+
+using tsql::SqlKind;
+using tsql::SqlType;
+
+constexpr std::string_view kMark = "T-SQL: ";
+
+/// Precision and scale of "DECIMAL(28,4)".
+std::optional<SqlType> decimalType(std::string_view engineType) {
+  constexpr std::string_view start = "DECIMAL(";
+  if (!engineType.starts_with(start)) return std::nullopt;
+  int precision = 0;
+  int scale = 0;
+  const char* end = engineType.data() + engineType.size();
+  const auto comma = std::from_chars(engineType.data() + start.size(), end, precision);
+  if (comma.ec != std::errc() || *comma.ptr != ',') return std::nullopt;
+  if (std::from_chars(comma.ptr + 1, end, scale).ec != std::errc()) return std::nullopt;
+  return SqlType::decimal(precision, scale);
+}
+
+/// The T-SQL type nearest to the engine's; nullopt when there is none.
+std::optional<SqlType> nearestType(std::string_view engineType) {
+  struct Pair {
+    std::string_view engine;
+    SqlType type;
+  };
+  static const std::array pairs{
+      Pair{"VARCHAR", SqlType::nvarchar(SqlType::kMaxLength)},
+      Pair{"INTEGER", SqlType::integer()},
+      Pair{"BIGINT", SqlType::of(SqlKind::bigInt)},
+      Pair{"TIMESTAMP", SqlType::dateTime()},
+      Pair{"DATE", SqlType::of(SqlKind::date)},
+      Pair{"DOUBLE", SqlType::floating()},
+      Pair{"FLOAT", SqlType::of(SqlKind::real)},
+      Pair{"SMALLINT", SqlType::of(SqlKind::smallInt)},
+      Pair{"TINYINT", SqlType::of(SqlKind::smallInt)},
+      Pair{"UTINYINT", SqlType::of(SqlKind::tinyInt)},
+      Pair{"USMALLINT", SqlType::integer()},
+      Pair{"UINTEGER", SqlType::of(SqlKind::bigInt)},
+      Pair{"HUGEINT", SqlType::decimal(38, 0)},
+      Pair{"BOOLEAN", SqlType::bit()},
+      Pair{"TIMESTAMP_S", SqlType::dateTime()},
+      Pair{"TIMESTAMP_MS", SqlType::dateTime()},
+  };
+  const auto found = std::ranges::find(pairs, engineType, &Pair::engine);
+  return found != pairs.end() ? found->type : decimalType(engineType);
+}
+
+std::string kept(const tsql::ColumnInfo& column) {
+  std::string text = tsql::declaration(column.type);
+  if (column.identity)
+    text += " identity(" + std::to_string(column.identity->seed) + "," +
+            std::to_string(column.identity->increment) + ")";
+  return text;
+}
+
+/// Takes type and identity from a kept declaration.
+void readKept(tsql::ColumnInfo& column, std::string_view declaration) {
+  const auto batch = tsql::parse("create table t(c " + std::string(declaration) + ")");
+  const auto& created = std::get<tsql::CreateTableStatement>(batch.statements.front().node);
+  const auto& definition = created.columns.front();
+  column.type = tsql::sqlType(definition.type);
+  if (definition.identity)
+    column.identity =
+        tsql::IdentityColumn{definition.identity->seed, definition.identity->increment};
+}
+
+/// False when the column has no type that T-SQL knows.
+bool readType(tsql::ColumnInfo& column, std::string_view engineType, std::string_view comment) {
+  if (comment.starts_with(kMark)) {
+    readKept(column, comment.substr(kMark.size()));
+    return true;
+  }
+  const auto type = nearestType(engineType);
+  if (type) column.type = *type;
+  return type.has_value();
+}
+
+using LoadedTables = std::map<std::string, std::shared_ptr<tsql::TableInfo>, tsql::IgnoreCase>;
+
+void loadColumns(Session& session, LoadedTables& tables) {
+  enum { table, column, type, comment, nullable, fallback, view };
+  const auto rows = readTexts(session, R"(
+select table_name, column_name, data_type, coalesce(comment, ''), cast(is_nullable as varchar),
+       column_default,
+       case when table_name in (select view_name from duckdb_views() where not internal)
+            then 'true' else 'false' end
+  from duckdb_columns()
+ where database_name = current_database() and schema_name = 'main' and not internal
+ order by lower(table_name), column_index)",
+                              7);
+  for (const auto& row : rows) {
+    auto& info = tables[std::string(row[table].text())];
+    if (!info) {
+      info = std::make_shared<tsql::TableInfo>();
+      info->name = row[table].text();
+      info->engineName = tsql::engineTableName(info->name);
+      info->isView = row[view].text() == "true";
+    }
+    tsql::ColumnInfo loaded;
+    if (!readType(loaded, row[type].text(), row[comment].text())) continue;
+    loaded.name = row[column].text();
+    loaded.nullable = row[nullable].text() == "true";
+    if (row[fallback].isString()) loaded.defaultSql = row[fallback].text();
+    info->columns.push_back(std::move(loaded));
+  }
+}
+
+void loadPrimaryKeys(Session& session, LoadedTables& tables) {
+  const auto rows = readTexts(session, R"(
+select table_name, unnest(constraint_column_names)
+  from duckdb_constraints()
+ where database_name = current_database() and schema_name = 'main'
+   and constraint_type = 'PRIMARY KEY')",
+                              2);
+  for (const auto& row : rows)
+    if (const auto found = tables.find(row[0].text()); found != tables.end())
+      found->second->primaryKey.emplace_back(row[1].text());
+}
+
+}  // namespace
+
+std::vector<std::string> recordingSql(const tsql::TableInfo& table) {
+  std::vector<std::string> statements;
+  for (const auto& column : table.columns) {
+    if (!column.identity && nearestType(tsql::engineType(column.type)) == column.type) continue;
+    statements.push_back("comment on column " + table.engineName + "." +
+                         tsql::quoteName(column.name) + " is " +
+                         tsql::quoteText(std::string(kMark) + kept(column)));
+  }
+  return statements;
+}
+
+TableMap loadTables(Session& session) {
+  LoadedTables loaded;
+  loadColumns(session, loaded);
+  loadPrimaryKeys(session, loaded);
+  return {loaded.begin(), loaded.end()};
+}
+
+}  // namespace velmora::ado::embedded

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/ado/duckdb/engine.h"
+#include "platform/tsql/catalog.h"
+#include "platform/tsql/translate.h"
+
+namespace velmora::ado::embedded {
+
+using TablePtr = std::shared_ptr<const tsql::TableInfo>;
+/// Tables by name, letter case ignored.
+using TableMap = std::map<std::string, TablePtr, tsql::IgnoreCase>;
+
+// A database file stores the engine's types only. What a T-SQL declaration says beyond
+// them (varchar(80), money, bit, identity) is kept as the comment of the column, for
+// instance "T-SQL: int identity(1,1)", so that the file alone tells it.
+
+/// The statements that keep the declarations of a permanent table or view; empty when
+/// the engine's types tell all.
+std::vector<std::string> recordingSql(const tsql::TableInfo& table);
+
+/// The permanent tables and views of the database, objectId 0. A column without a kept
+/// declaration takes the T-SQL type nearest to the engine's; one of a type that has no
+/// counterpart (lists, binary data) is left out.
+TableMap loadTables(Session& session);
+
+}  // namespace velmora::ado::embedded
