@@ -13,12 +13,12 @@ struct Expected {
   const char* declaration;
   const char* literal;
   DataTypeEnum type;
-  std::int64_t size;  // -2: not looked at
+  std::int64_t size;
   VarType cell;
   const char* text;
 };
 
-constexpr std::int64_t kAnySize = -2;
+constexpr std::int64_t kAnySize = -2;  // of types whose size is fixed
 
 const Expected kColumns[] = {
     {"b", "bit", "1", adBoolean, kAnySize, VarType::boolean, "True"},
@@ -62,7 +62,9 @@ void expectColumns(const Rowset& rows, int filledRow, int emptyRow) {
     const auto& field = rows.fields[i];
     EXPECT_EQ(field.name, expected.name);
     EXPECT_EQ(field.type, expected.type) << field.name;
-    if (expected.size != kAnySize) EXPECT_EQ(field.definedSize, expected.size) << field.name;
+    if (expected.size != kAnySize) {
+      EXPECT_EQ(field.definedSize, expected.size) << field.name;
+    }
     const auto& filled = rows.cells[static_cast<std::size_t>(filledRow) * std::size(kColumns) + i];
     EXPECT_EQ(filled.type(), expected.cell) << field.name;
     EXPECT_EQ(filled.toText(), expected.text) << field.name;
