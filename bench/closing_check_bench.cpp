@@ -1,0 +1,257 @@
+// Measures the period-closing check: the generated queries against the same queries
+// written by hand for the engine, what the T-SQL front end adds to a statement, and
+// the whole command as a process.
+//
+//   bench_closing_check queries LARGE.db   ratios of the heaviest queries, front end
+//   bench_closing_check command DEMO.db SMALLER.db LARGE.db   the command's times
+//
+// Every figure is printed with the limit it has to keep; the exit status is 1 when one
+// does not. Answers are compared before anything is timed.
+
+#include <cstdio>
+#include <duckdb.h>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "measure.h"
+#include "platform/ado/duckdb/session_state.h"
+#include "platform/tsql/parser.h"
+#include "platform/tsql/translate.h"
+#include "process_run.h"
+#include "velmora/ado/connection.h"
+#include "velmora/collections/dictionary.h"
+#include "velmora/collections/vector.h"
+#include "velmora/com/class_table.h"
+#include "velmora/com/error.h"
+
+namespace velmora::bench {
+
+namespace {
+
+bool allKept = true;
+
+void report(const std::string& what, double figure, double limit, const char* unit) {
+  const bool kept = figure <= limit;
+  allKept = allKept && kept;
+  std::printf("%-58s %9.3f %-3s limit %g %s\n", what.c_str(), figure, unit, limit,
+              kept ? "" : "  NOT KEPT");
+}
+
+constexpr int kYear = 2009;
+constexpr int kPeriod = 3;
+
+std::string adoString(const std::string& file) {
+  return "Provider=Velmora.Embedded;Data Source=" + file + ";Mode=Read";
+}
+
+/// A check with a query of its own: number in the full list, and its generated T-SQL.
+struct Check {
+  int number = 0;
+  std::string sql;
+};
+
+/// All checks of receivables that the demo settings switch on. Items 9 and 13 are not
+/// among them.
+std::vector<Check> checksOf(const std::string& file) {
+  auto filter = com::make<collections::Dictionary>();
+  filter->Set("BYear", kYear);
+  filter->Set("BPeriod", kPeriod);
+  filter->Set("bchkUnPeriod", true);
+  filter->Set("bShowAllError", true);
+  const std::string dsn = "ConnectString={" + adoString(file) + "};LANGUAGE=chs;SubID=AR";
+  const auto items =
+      com::call(*com::CreateObject("Velmora.clsInitBalCheck"), "GetCheckItemDict", dsn, filter)
+          .toObject<collections::Vector>();
+  if (!items) throw std::runtime_error("no check items: " + com::GetErrorInfo()->description);
+  const std::vector<int> numbers{1, 2, 3, 4, 5, 6, 7, 8, 10, 11, 12, 14};
+  if (items->Size() != numbers.size()) throw std::runtime_error("unexpected list of checks");
+  std::vector<Check> checks;
+  for (std::size_t i = 0; i < items->Size(); ++i) {
+    const auto item = items->Item(i).toObject<collections::Dictionary>();
+    checks.push_back({numbers[i], item->Value("FSql").toText()});
+  }
+  return checks;
+}
+
+/// The engine by itself, on the same file.
+class PlainEngine {
+ public:
+  explicit PlainEngine(const std::string& file) {
+    duckdb_config config = nullptr;
+    duckdb_create_config(&config);
+    duckdb_set_config(config, "access_mode", "READ_ONLY");
+    char* error = nullptr;
+    if (duckdb_open_ext(file.c_str(), &database_, config, &error) == DuckDBError)
+      throw std::runtime_error(error);
+    duckdb_destroy_config(&config);
+    duckdb_connect(database_, &connection_);
+  }
+  PlainEngine(const PlainEngine&) = delete;
+  PlainEngine& operator=(const PlainEngine&) = delete;
+  ~PlainEngine() {
+    duckdb_disconnect(&connection_);
+    duckdb_close(&database_);
+  }
+
+  void run(const std::string& sql) const { finish(execute(sql)); }
+
+  std::multiset<std::string> texts(const std::string& sql) const {
+    duckdb_result result = execute(sql);
+    std::multiset<std::string> values;
+    for (idx_t row = 0; row < duckdb_row_count(&result); ++row) {
+      char* text = duckdb_value_varchar(&result, 0, row);
+      values.insert(text == nullptr ? "" : text);
+      duckdb_free(text);
+    }
+    finish(result);
+    return values;
+  }
+
+ private:
+  duckdb_result execute(const std::string& sql) const {
+    duckdb_result result;
+    if (duckdb_query(connection_, sql.c_str(), &result) == DuckDBError)
+      throw std::runtime_error(duckdb_result_error(&result));
+    return result;
+  }
+  static void finish(duckdb_result result) { duckdb_destroy_result(&result); }
+
+  duckdb_database database_ = nullptr;
+  duckdb_connection connection_ = nullptr;
+};
+
+std::string handWritten(int number) {
+  char name[32];
+  std::snprintf(name, sizeof name, "/item_%02d.sql", number);
+  std::ifstream file(VELMORA_QUERIES + std::string(name));
+  if (!file) throw std::runtime_error("there is no hand-written query" + std::string(name));
+  std::string sql{std::istreambuf_iterator<char>(file), {}};
+  for (const auto& [mark, value] :
+       std::map<std::string, int>{{"{year}", kYear}, {"{period}", kPeriod}})
+    for (std::size_t at = 0; (at = sql.find(mark, at)) != std::string::npos;)
+      sql.replace(at, mark.size(), std::to_string(value));
+  return sql;
+}
+
+/// Document numbers that the generated query lists.
+std::multiset<std::string> billNumbers(ado::Connection& connection, const std::string& sql) {
+  std::multiset<std::string> numbers;
+  for (const auto rows = connection.Execute(sql); !rows->EOF_(); rows->MoveNext())
+    numbers.insert(rows->Fields()("FBillNo").Value().toText());
+  return numbers;
+}
+
+void compareQuery(ado::Connection& connection, const PlainEngine& engine, const Check& check) {
+  const std::string byHand = handWritten(check.number);
+  const auto found = billNumbers(connection, check.sql);
+  if (found != engine.texts("select FBillNo from (" + byHand + ")"))
+    throw std::runtime_error("check " + std::to_string(check.number) +
+                             ": the hand-written query lists other documents");
+  std::vector<double> ratios, generatedTimes;
+  for (int run = 0; run < 9; ++run) {
+    const double generated = seconds([&] { connection.Execute(check.sql); });
+    ratios.push_back(generated / seconds([&] { engine.run(byHand); }));
+    generatedTimes.push_back(generated);
+  }
+  std::printf("check %d: %zu documents, %.3f s\n", check.number, found.size(),
+              median(generatedTimes));
+  report("check " + std::to_string(check.number) + ": generated against hand-written",
+         median(ratios), 1.2, "x");
+}
+
+std::vector<Check> heaviest(ado::Connection& connection, const std::vector<Check>& checks,
+                            std::size_t count) {
+  std::multimap<double, Check, std::greater<>> byTime;
+  for (const Check& check : checks) {
+    const auto run = [&] { connection.Execute(check.sql); };
+    run();
+    byTime.emplace(seconds(run), check);
+  }
+  std::vector<Check> found;
+  for (const auto& [time, check] : byTime)
+    if (found.size() < count) found.push_back(check);
+  return found;
+}
+
+/// Parsing and translating, without running anything.
+void measureFrontEnd(const std::string& file, const std::vector<Check>& checks) {
+  ado::embedded::SessionState session(
+      ado::embedded::readSettings(ado::ConnectionString(adoString(file))));
+  const tsql::Variables variables;
+  const tsql::Scope scope{session.catalog, variables, {}, {}, true, 0};
+  double slowest = 0;
+  for (const Check& check : checks) {
+    std::vector<double> times;
+    for (int run = 0; run < 51; ++run)
+      times.push_back(seconds([&] {
+        const ado::embedded::CatalogStatement statement(session.catalog);
+        const auto batch = tsql::parse(check.sql);
+        for (const auto& one : batch.statements) tsql::translate(one, scope);
+      }));
+    slowest = std::max(slowest, median(times));
+  }
+  report("front end, slowest of the check's statements", slowest * 1000, 1, "ms");
+}
+
+void measureQueries(const std::string& file) {
+  com::ActivateServer(VELMORA_COMPONENT);
+  auto connection = com::make<ado::Connection>();
+  connection->Open(adoString(file));
+  const auto checks = checksOf(file);
+  const PlainEngine engine(file);
+  for (const Check& check : heaviest(*connection, checks, 3))
+    compareQuery(*connection, engine, check);
+  measureFrontEnd(file, checks);
+}
+
+ProcessRun closeCheck(const std::string& file) {
+  const auto run = runProcess({VELMORA_PROGRAM, "close-check", "--db", file, "--side", "ar"});
+  if (run.exitStatus != 0 && run.exitStatus != 1)
+    throw std::runtime_error("close-check failed on " + file);
+  return run;
+}
+
+double medianCloseCheck(const std::string& file, int runs) {
+  std::vector<double> times;
+  for (int i = 0; i < runs; ++i) times.push_back(closeCheck(file).seconds);
+  return median(times);
+}
+
+void measureCommand(const std::string& demo, const std::string& smaller, const std::string& large) {
+  report("close-check on the demo set, median of 21", medianCloseCheck(demo, 21), 0.25, "s");
+  const ProcessRun first = closeCheck(large);
+  report("close-check on the large set, peak memory", first.peakMemoryMiB, 2048, "MiB");
+  const double largeTime = medianCloseCheck(large, 5);
+  report("close-check on the large set, median of 5", largeTime, 10, "s");
+  report("large set against the smaller one (a quarter)", largeTime / medianCloseCheck(smaller, 5),
+         4.4, "x");
+}
+
+int run(const std::vector<std::string>& arguments) {
+  if (arguments.size() == 2 && arguments[0] == "queries") {
+    measureQueries(arguments[1]);
+  } else if (arguments.size() == 4 && arguments[0] == "command") {
+    measureCommand(arguments[1], arguments[2], arguments[3]);
+  } else {
+    std::fputs("usage: bench_closing_check queries SET | command DEMO SMALLER LARGE\n", stderr);
+    return 2;
+  }
+  return allKept ? 0 : 1;
+}
+
+}  // namespace
+
+}  // namespace velmora::bench
+
+int main(int argc, char** argv) try {
+  return velmora::bench::run({argv + 1, argv + argc});
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "bench_closing_check: %s\n", error.what());
+  return 3;
+}
