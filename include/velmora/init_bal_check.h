@@ -80,9 +80,9 @@ class _clsInitBalCheck : public com::IDispatch {
   // is: put one with "or" into parentheses). Absent keys read as false, 0 and "".
 
   /// Transfers between accounts without voucher. Also reads bPreChecked (true: the
-  /// offsets of advances). Needs a data source: the period's dates come from the
-  /// calendar, so an operation that takes `sDsn` must have run before, unless
-  /// bCheckPassed is true. CurrencyID and ItemFilter are not read.
+  /// offsets of advances). Unless bCheckPassed is true it needs the calendar for the
+  /// period's dates: that of the caller's string under the key sDSN, else that of
+  /// the last operation of this object that took `sDsn`. CurrencyID and ItemFilter are not read.
   virtual std::string GetUnVchExtBillStr(const collections::DictionaryRef& dFilter) = 0;
   /// Bills of exchange without voucher. Also reads LocalDecimal, the decimals of the
   /// local currency.

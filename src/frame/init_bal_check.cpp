@@ -59,7 +59,11 @@ ado::RecordsetRef clsInitBalCheck::GetData(const std::string& sDsn, const std::s
 std::string clsInitBalCheck::GetUnVchExtBillStr(const DictionaryRef& dFilter) {
   return buildQuery(
       [this](const auto& filter) {
-        return closing::GetUnVchExtBillStr(call_.dataSource(), filter);
+        const auto dataSource = [&]() -> const CDataSource& {
+          if (filter.Lookup("sDSN")) call_.PrepareDataSource(filter.Value("sDSN").toText());
+          return call_.dataSource();
+        };
+        return closing::GetUnVchExtBillStr(dataSource, filter);
       },
       dFilter);
 }

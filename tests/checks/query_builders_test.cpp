@@ -121,7 +121,8 @@ TEST_F(QueryBuilders, WidenThePeriodForPassedOnes) {
             3u);
   EXPECT_THAT(bills(passed),
               EndsWith(" and ((Year(s.FDate)=2009 and Month(s.FDate) <=3) or Year(s.FDate)<2009)"));
-  EXPECT_THAT(object_->GetUnVchExtBillStr(passed), Not(HasSubstr("fcheckdate")));
+  EXPECT_THAT(object_->GetUnVchExtBillStr(passed),
+              AllOf(HasSubstr("t_rp_newcheckinfo"), Not(HasSubstr("fcheckdate"))));
 }
 
 TEST_F(QueryBuilders, AddTheCallersConditions) {
@@ -178,8 +179,7 @@ TEST_F(QueryBuilders, ListTransfersWithoutVoucher) {
   ASSERT_TRUE(com::GetErrorInfo()) << "the period's dates need a data source";
   EXPECT_THAT(com::GetErrorInfo()->description, HasSubstr("sDsn"));
 
-  object_->GetData(kScriptedDsn, "select 1");
-  EXPECT_EQ(object_->GetUnVchExtBillStr(filter({{"bPreChecked", false}})),
+  EXPECT_EQ(object_->GetUnVchExtBillStr(filter({{"bPreChecked", false}, {"sDSN", kScriptedDsn}})),
             " select d.FDate, d.FNumber as FBillNO,'转账' as Ftype,'没有生成转账凭证' as FErrInfo, "
             "c.FInterID,c.FTransferID,d.FPre , c.FID \r\n"
             "from t_rp_newcheckinfo c inner join t_rp_contact d on (c.FContactID=d.FID)\r\n"

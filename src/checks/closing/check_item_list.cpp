@@ -57,7 +57,7 @@ class CheckItems {
   std::function<std::string()> transfersQuery(bool advances) const {
     return [this, advances] {
       dFilter_.Set("bPreChecked", advances);
-      return GetUnVchExtBillStr(dataSource_, dFilter_);
+      return GetUnVchExtBillStr([this]() -> const CDataSource& { return dataSource_; }, dFilter_);
     };
   }
   std::string settlementsInPeriod() const;

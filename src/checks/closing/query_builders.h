@@ -4,6 +4,7 @@
 // GetCheckItemDict completes (see _clsInitBalCheck for the keys of the public ones) and
 // answer T-SQL text; failures are raised.
 
+#include <functional>
 #include <string>
 
 #include "frame/call/data_source.h"
@@ -15,7 +16,8 @@ namespace velmora::closing {
 std::string GetUnVchArpBillStr(const collections::Dictionary& filter);
 std::string GetUnVchInvoiceStr(const collections::Dictionary& filter);
 std::string GetUnVchBillStr(const collections::Dictionary& filter);
-std::string GetUnVchExtBillStr(const CDataSource& dataSource,
+/// Asks for the data source only when the query is limited to the period's dates.
+std::string GetUnVchExtBillStr(const std::function<const CDataSource&()>& dataSource,
                                const collections::Dictionary& filter);
 
 /// Unaudited documents of the period.

@@ -33,7 +33,7 @@ std::string settledInPeriod(const CDataSource& dataSource, bool bArp,
 
 }  // namespace
 
-std::string GetUnVchExtBillStr(const CDataSource& dataSource,
+std::string GetUnVchExtBillStr(const std::function<const CDataSource&()>& dataSource,
                                const collections::Dictionary& dFilter) {
   const QueryFilter filter(dFilter);
   const bool advances = dFilter.Value("bPreChecked").toBool();
@@ -46,7 +46,7 @@ std::string GetUnVchExtBillStr(const CDataSource& dataSource,
       .line("from t_rp_newcheckinfo c inner join t_rp_contact d on (c.FContactID=d.FID)")
       .line(" where c.FTransfer=1 ")
       .line(advances ? advanceOffsets(filter) : ordinaryTransfers());
-  if (!filter.upToPeriod) query.line(settledInPeriod(dataSource, filter.bArp, dFilter));
+  if (!filter.upToPeriod) query.line(settledInPeriod(dataSource(), filter.bArp, dFilter));
   return query.line(std::string(" and d.FRP=") + filter.side()).text();
 }
 
