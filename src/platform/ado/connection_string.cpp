@@ -56,7 +56,7 @@ class Reader {
     const auto end = text_.find_first_of("=;", position_);
     if (end == std::string_view::npos || text_[end] == ';')
       fail("has no '='; expected Name=Value", position_);
-    const std::string name(trimmed(text_.substr(position_, end - position_)));
+    std::string name(trimmed(text_.substr(position_, end - position_)));
     if (name.empty()) fail("has no name before '='; expected Name=Value", position_);
     position_ = end + 1;
     return name;
@@ -122,14 +122,13 @@ void appendProperty(std::string& text, std::string_view name, std::string_view v
   text += '"';
 }
 
-/// The value as a connection string of its own, when it is one that holds a
-/// password: a provider may be handed another one's settings in a property.
-std::optional<ConnectionString> nestedWithPassword(std::string_view value) {
-  if (value.find('=') == std::string_view::npos) return std::nullopt;
+/// The settings that a provider hands on to another one, when they hold a password.
+std::optional<ConnectionString> nestedWithPassword(const ConnectionString::Property& property) {
+  if (!equalsIgnoringCase(property.name, "Extended Properties")) return std::nullopt;
   try {
-    ConnectionString nested(value);
+    ConnectionString nested(property.value);
     if (!nested.passwords().empty()) return nested;
-  } catch (const com::Error&) {  // an ordinary value with "=" in it
+  } catch (const com::Error&) {  // something else than a connection string
   }
   return std::nullopt;
 }
@@ -171,7 +170,7 @@ std::string ConnectionString::toDisplay() const {
   for (const Property& property : properties_) {
     if (isPassword(property.name))
       appendProperty(text, property.name, kHidden);
-    else if (const auto nested = nestedWithPassword(property.value))
+    else if (const auto nested = nestedWithPassword(property))
       appendProperty(text, property.name, nested->toDisplay());
     else
       appendProperty(text, property.name, property.value);
@@ -183,7 +182,7 @@ std::vector<std::string> ConnectionString::passwords() const {
   std::vector<std::string> found;
   for (const Property& property : properties_) {
     if (isPassword(property.name) && !property.value.empty()) found.push_back(property.value);
-    if (const auto nested = nestedWithPassword(property.value))
+    if (const auto nested = nestedWithPassword(property))
       for (std::string& password : nested->passwords()) found.push_back(std::move(password));
   }
   return found;

@@ -1,8 +1,28 @@
+#include <utility>
+
 #include "velmora/ado/data_type.h"
 #include "velmora/ado/recordset.h"
 #include "velmora/com/error.h"
 
 namespace velmora::ado {
+
+namespace {
+
+void checkDefinition(const FieldDefinition& field) {
+  const auto refuse = [&field](const std::string& what) {
+    throw com::Error(com::error::kAdoInvalidArgument, "ADODB.Fields",
+                     "Column '" + field.name + "': " + what);
+  };
+  if (dataTypeName(field.type) == "?" || field.type == adEmpty)
+    refuse("there is no type " + std::to_string(field.type));
+  constexpr int most = collections::Decimal::kMaxDigits;
+  const int digits = field.precision == 0 ? most : field.precision;
+  if (field.precision < 0 || digits > most || field.numericScale < 0 || field.numericScale > digits)
+    refuse("precision " + std::to_string(field.precision) + " and scale " +
+           std::to_string(field.numericScale) + "; expected 0 to 38 and 0 to the precision");
+}
+
+}  // namespace
 
 const std::string& Field::Name() const {
   return owner_->definition(index_).name;
@@ -41,7 +61,11 @@ Field Fields::operator()(std::size_t index) const {
 
 void Fields::Append(std::string_view name, DataTypeEnum type, std::int64_t definedSize,
                     int precision, int numericScale) {
-  owner_->appendField({std::string(name), type, definedSize, precision, numericScale, true});
+  const int bytes = fixedSize(type);
+  FieldDefinition field{std::string(name), type,         bytes == 0 ? definedSize : bytes,
+                        precision,         numericScale, true};
+  checkDefinition(field);
+  owner_->appendField(std::move(field));
 }
 
 }  // namespace velmora::ado

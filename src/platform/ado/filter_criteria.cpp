@@ -52,17 +52,17 @@ std::partial_ordering compare(const Variant& cell, const Comparison& comparison)
 bool holds(Operation operation, std::partial_ordering order) {
   switch (operation) {
     case Operation::equal:
-      return order == 0;
+      return std::is_eq(order);
     case Operation::notEqual:
-      return order < 0 || order > 0;
+      return std::is_lt(order) || std::is_gt(order);
     case Operation::less:
-      return order < 0;
+      return std::is_lt(order);
     case Operation::greater:
-      return order > 0;
+      return std::is_gt(order);
     case Operation::lessOrEqual:
-      return order <= 0;
+      return std::is_lteq(order);
     case Operation::greaterOrEqual:
-      return order >= 0;
+      return std::is_gteq(order);
   }
   return false;
 }

@@ -6,7 +6,6 @@
 #include "platform/ado/recordset_store.h"
 #include "platform/ado/value_conversion.h"
 #include "velmora/ado/connection.h"
-#include "velmora/ado/data_type.h"
 #include "velmora/com/error.h"
 
 namespace velmora::ado {
@@ -17,20 +16,6 @@ constexpr std::size_t kNone = RowSet::kNone;
 
 [[noreturn]] void fail(std::int32_t number, const char* description) {
   throw com::Error(number, "ADODB.Recordset", description);
-}
-
-void checkDefinition(const FieldDefinition& field) {
-  const auto refuse = [&field](const std::string& what) {
-    throw com::Error(com::error::kAdoInvalidArgument, "ADODB.Fields",
-                     "Column '" + field.name + "': " + what);
-  };
-  if (dataTypeName(field.type) == "?" || field.type == adEmpty)
-    refuse("there is no type " + std::to_string(field.type));
-  constexpr int most = collections::Decimal::kMaxDigits;
-  const int digits = field.precision == 0 ? most : field.precision;
-  if (field.precision < 0 || digits > most || field.numericScale < 0 || field.numericScale > digits)
-    refuse("precision " + std::to_string(field.precision) + " and scale " +
-           std::to_string(field.numericScale) + "; expected 0 to 38 and 0 to the precision");
 }
 
 enum class Place { beforeFirst, onRow, afterLast };
@@ -306,8 +291,6 @@ void Recordset::SetValue(std::size_t field, const Variant& value) {
 
 void Recordset::appendField(FieldDefinition field) {
   requireNotOpen();
-  checkDefinition(field);
-  if (const int bytes = fixedSize(field.type); bytes != 0) field.definedSize = bytes;
   body_->store->addField(std::move(field));
 }
 
