@@ -1,7 +1,11 @@
 #include "platform/ado/builtin_providers.h"
 
+#include "platform/ado/duckdb/embedded_provider.h"
+
 namespace velmora::ado {
 
-void registerBuiltInProviders() {}
+void registerBuiltInProviders() {
+  embedded::registerProvider();
+}
 
 }  // namespace velmora::ado
