@@ -55,6 +55,24 @@ std::optional<Decimal> tryFit(UInt256 digits, int scale, bool negative) {
   return Decimal::fromCoefficient(withSign(digits.low, negative), scale);
 }
 
+/// Whether a + b has at most 38 digits; then writes it. The sum of two 38-digit
+/// coefficients can be longer than 127 bits, so it is made of unsigned numbers.
+bool trySum(int128 a, int128 b, int128& sum) {
+  sum = static_cast<int128>(static_cast<uint128>(a) + static_cast<uint128>(b));
+  const bool wrapped = (a < 0) == (b < 0) && (sum < 0) != (a < 0);
+  return !wrapped && magnitude(sum) <= kMaxCoefficient;
+}
+
+/// The coefficient of `value` at a scale that is not smaller, for the values of
+/// everyday business: then it is below 2^123, and so two of them can be added.
+bool tryShortUnits(const Decimal& value, int scale, int128& units) {
+  constexpr int kPowersBelow60Bits = 18;
+  const int gap = scale - value.scale();
+  if (!fitsInt64(value.coefficient()) || gap > kPowersBelow60Bits) return false;
+  units = value.coefficient() * static_cast<int128>(powerOfTen(gap));
+  return true;
+}
+
 std::optional<Decimal> tryAddLong(const Decimal& a, const Decimal& b) {
   const int scale = std::max(a.scale(), b.scale());
   const UInt256 x = aligned(a, scale), y = aligned(b, scale);
@@ -179,29 +197,17 @@ Decimal Decimal::abs() const {
 }
 
 Decimal operator+(const Decimal& a, const Decimal& b) {
+  Decimal sum;
+  sum.scale_ = std::max(a.scale_, b.scale_);
   if (a.scale_ == b.scale_) {
-    // Two coefficients of 38 digits can exceed 128 bits with sign; as unsigned
-    // numbers they cannot.
-    const auto sum = static_cast<int128>(static_cast<uint128>(a.coefficient_) +
-                                         static_cast<uint128>(b.coefficient_));
-    const bool wrapped =
-        (a.coefficient_ < 0) == (b.coefficient_ < 0) && (sum < 0) != (a.coefficient_ < 0);
-    if (!wrapped && magnitude(sum) <= kMaxCoefficient) {
-      Decimal result;
-      result.coefficient_ = sum;
-      result.scale_ = a.scale_;
-      return result;
+    if (trySum(a.coefficient_, b.coefficient_, sum.coefficient_)) return sum;
+  } else if (tryShortUnits(a, sum.scale_, sum.coefficient_)) {
+    if (int128 units = 0; tryShortUnits(b, sum.scale_, units)) {
+      sum.coefficient_ += units;
+      return sum;
     }
-  } else if (const int gap = a.scale_ - b.scale_;
-             fitsInt64(a.coefficient_) && fitsInt64(b.coefficient_) && std::abs(gap) <= 18) {
-    const auto unit = static_cast<int128>(powerOfTen(std::abs(gap)));
-    Decimal result;
-    result.coefficient_ =
-        gap > 0 ? a.coefficient_ + b.coefficient_ * unit : a.coefficient_ * unit + b.coefficient_;
-    result.scale_ = std::max(a.scale_, b.scale_);
-    return result;
   }
-  if (const auto sum = tryAddLong(a, b)) return *sum;
+  if (const auto longSum = tryAddLong(a, b)) return *longSum;
   throwOverflow(described(a, "+", b));
 }
 

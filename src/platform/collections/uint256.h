@@ -1,11 +1,8 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <optional>
-#include <utility>
 
 #include "velmora/collections/decimal.h"
 
@@ -57,8 +54,25 @@ struct UInt256Division {
   UInt256 remainder;
 };
 
-/// Long division, bit by bit; the divisor must be below 2^255 and not 0.
+/// Long division in 64-bit digits, for a divisor of one such digit.
+constexpr UInt256Division divideByDigit(const UInt256& dividend, std::uint64_t divisor) {
+  UInt256Division result;
+  uint128 rest = 0;
+  for (int digit = 3; digit >= 0; --digit) {
+    const int shift = digit % 2 * 64;
+    const uint128 word = digit >= 2 ? dividend.high : dividend.low;
+    rest = (rest << 64) | static_cast<std::uint64_t>(word >> shift);
+    (digit >= 2 ? result.quotient.high : result.quotient.low) |= (rest / divisor) << shift;
+    rest %= divisor;
+  }
+  result.remainder.low = rest;
+  return result;
+}
+
+/// Division; the divisor must be below 2^255 and not 0.
 constexpr UInt256Division divide(const UInt256& dividend, const UInt256& divisor) {
+  if (divisor <= UInt256{0, std::numeric_limits<std::uint64_t>::max()})
+    return divideByDigit(dividend, static_cast<std::uint64_t>(divisor.low));
   UInt256Division result;
   UInt256& rest = result.remainder;
   for (int bit = 255; bit >= 0; --bit) {
