@@ -15,10 +15,12 @@ constexpr std::size_t kShownBytes = 60;
 // The token as a message shows it: a long text is cut between two characters.
 std::string shown(const Token& token) {
   if (token.kind == TokenKind::End) return "end of text";
-  if (token.text.size() <= kShownBytes) return "'" + std::string(token.text) + "'";
+  const bool quoted = token.kind == TokenKind::String || token.kind == TokenKind::NationalString;
+  const std::string quote = quoted ? "" : "'";
+  if (token.text.size() <= kShownBytes) return quote + std::string(token.text) + quote;
   std::size_t end = kShownBytes;
   while (isContinuationByte(token.text[end])) --end;
-  return "'" + std::string(token.text.substr(0, end)) + "...'";
+  return quote + std::string(token.text.substr(0, end)) + "..." + quote;
 }
 
 std::string shownWanted(std::string_view what) {

@@ -30,6 +30,27 @@ constexpr bool isAsciiBlank(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
+// Behind the name that goes on at `at`.
+std::size_t nameEnd(std::string_view text, std::size_t at) {
+  while (at < text.size()) {
+    const char c = text[at];
+    if (isAsciiLetter(c) || isAsciiDigit(c) || c == '_' || c == '#' || c == '$' || c == '@') {
+      ++at;
+      continue;
+    }
+    const CodePoint point = decode(text, at);
+    if (!isNameLetter(point.value)) break;
+    at += point.size;
+  }
+  return at;
+}
+
+// A letter, an underscore, or the # of a temporary table.
+bool beginsName(std::string_view text, std::size_t at) {
+  const char c = text[at];
+  return isAsciiLetter(c) || c == '_' || c == '#' || isNameLetter(decode(text, at).value);
+}
+
 class Lexer {
  public:
   explicit Lexer(std::string_view text) : text_(text) {}
@@ -55,7 +76,6 @@ class Lexer {
   Token scanNationalString();
   Token scanNumber();
   Token scanSymbol();
-  std::size_t nameEnd(std::size_t at) const;
   std::size_t digitsEnd(std::size_t at) const;
   std::size_t exponentEnd(std::size_t at) const;
   [[noreturn]] void refuseCharacter() const;
@@ -133,35 +153,21 @@ Token Lexer::scan() {
   if (const char close = closingQuote(c)) return scanQuoted(TokenKind::QuotedName, close);
   if (c == '@') return scanVariable();
   if (c == '?') return take(TokenKind::Parameter, at_ + 1);
-  if (c == '#' || c == '_' || isAsciiLetter(c) || isNameLetter(decode(text_, at_).value)) {
-    return scanWord();
-  }
-  return scanSymbol();
-}
-
-std::size_t Lexer::nameEnd(std::size_t at) const {
-  while (at < text_.size()) {
-    const char c = text_[at];
-    if (isAsciiLetter(c) || isAsciiDigit(c) || c == '_' || c == '#' || c == '$' || c == '@') {
-      ++at;
-      continue;
-    }
-    const CodePoint point = decode(text_, at);
-    if (!isNameLetter(point.value)) break;
-    at += point.size;
-  }
-  return at;
+  return beginsName(text_, at_) ? scanWord() : scanSymbol();
 }
 
 Token Lexer::scanWord() {
-  Token token = take(TokenKind::Word, nameEnd(at_ + (text_[at_] == '#' ? 1U : 0U)));
+  Token token = take(TokenKind::Word, nameEnd(text_, at_));
   token.reserved = isReservedWord(token.text);
   return token;
 }
 
 Token Lexer::scanVariable() {
   const bool system = charAt(at_ + 1) == '@';
-  return take(system ? TokenKind::SystemVariable : TokenKind::Variable, nameEnd(at_));
+  const std::size_t name = at_ + (system ? 2 : 1);
+  const std::size_t end = nameEnd(text_, name);
+  if (end == name) refuseCharacter();
+  return take(system ? TokenKind::SystemVariable : TokenKind::Variable, end);
 }
 
 Token Lexer::scanQuoted(TokenKind kind, char close) {
@@ -228,6 +234,11 @@ void Lexer::refuseCharacter() const {
 
 std::vector<Token> tokenize(std::string_view text) {
   return Lexer(text).run();
+}
+
+bool isPlainName(std::string_view name) {
+  return !name.empty() && beginsName(name, 0) && nameEnd(name, 0) == name.size() &&
+         !isReservedWord(name);
 }
 
 }  // namespace velmora::tsql

@@ -37,4 +37,7 @@ struct Token {
 /// comments that do not end.
 std::vector<Token> tokenize(std::string_view text);
 
+/// Whether `name` may be written without brackets.
+bool isPlainName(std::string_view name);
+
 }  // namespace velmora::tsql

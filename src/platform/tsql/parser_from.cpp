@@ -86,6 +86,7 @@ TableSourcePtr FromParser::parseNamedTable() {
 
 std::optional<std::string> FromParser::parseAlias() {
   if (cursor_.accept("AS") || cursor_.atName()) return cursor_.expectName();
+  cursor_.want("a name");
   return std::nullopt;
 }
 

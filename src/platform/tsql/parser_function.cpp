@@ -63,17 +63,15 @@ CaseBranch parseCaseBranch(Cursor& cursor, bool searched) {
 }  // namespace
 
 bool atFunctionCall(const Cursor& cursor) {
-  return cursor.at("(", 1) && (cursor.atName() || atReservedFunction(cursor));
+  return cursor.at("(", 1) && cursor.peek().kind == TokenKind::Word &&
+         (!cursor.peek().reserved || atReservedFunction(cursor));
 }
 
 ExpressionPtr parseFunctionCall(Cursor& cursor) {
   const Position position = cursor.position();
-  const bool quoted = cursor.peek().kind == TokenKind::QuotedName;
-  std::string name = quoted ? cursor.expectName() : lowered(cursor.next().text);
+  std::string name = lowered(cursor.next().text);
   cursor.expect("(");
-  if (quoted || (name != "cast" && name != "convert")) {
-    return parsePlainCall(cursor, position, lowered(name));
-  }
+  if (name != "cast" && name != "convert") return parsePlainCall(cursor, position, std::move(name));
   ExpressionPtr call =
       name == "cast" ? parseCast(cursor, position) : parseConvert(cursor, position);
   cursor.expect(")");
@@ -83,6 +81,7 @@ ExpressionPtr parseFunctionCall(Cursor& cursor) {
 ExpressionPtr parseCase(Cursor& cursor) {
   const Position position = cursor.next().position;
   const bool searched = cursor.at("WHEN");
+  if (!searched) cursor.want("WHEN");
   ExpressionPtr operand = searched ? nullptr : parseValue(cursor);
   std::vector<CaseBranch> branches;
   cursor.expect("WHEN");

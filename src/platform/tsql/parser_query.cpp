@@ -196,7 +196,8 @@ QueryPtr parseQueryAt(Cursor& cursor, SelectPlace place) {
 }
 
 bool isQueryParenthesis(const Cursor& cursor, std::size_t ahead, int depth) {
-  if (!cursor.at("(", ahead) || depth > kMaxDepth) return false;
+  if (!cursor.at("(", ahead)) return false;
+  if (depth > kMaxDepth) return true;  // refused when it is parsed
   if (cursor.at("SELECT", ahead + 1)) return true;
   if (!isQueryParenthesis(cursor, ahead + 1, depth + 1)) return false;
   const std::size_t behind = cursor.closingAhead(ahead + 1) + 1;
