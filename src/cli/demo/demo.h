@@ -23,7 +23,7 @@ struct PlantedFinding {
 using PlantedFindings = std::vector<PlantedFinding>;
 
 struct GenerateOptions {
-  std::int64_t documents = 0;  ///< per side, at least 1
+  std::int64_t documents = 0;  ///< per side, 100 to 50,000,000
   std::uint64_t seed = 1;      ///< the same seed gives the same account set
   /// Called now and then with the documents written so far, of both sides, and
   /// with their total once everything is stored. May be empty.

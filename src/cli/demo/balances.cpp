@@ -1,0 +1,36 @@
+#include "cli/demo/balances.h"
+
+#include <algorithm>
+
+namespace velmora::cli::demo {
+
+void History::add(int period, Amount amount, bool isDebit) {
+  if (period > kCurrentPeriod) return;
+  if (period < 0)
+    opening += isDebit ? amount : -amount;
+  else
+    periods[static_cast<std::size_t>(period)].add(amount, isDebit);
+}
+
+void PartnerBalances::add(const Partner& partner, int account, int period, Amount amount,
+                          bool isDebit) {
+  const auto slot = std::find(accounts_.begin(), accounts_.end(), account) - accounts_.begin();
+  histories_[static_cast<std::size_t>(partner.index)]
+      .at(static_cast<std::size_t>(slot))
+      .add(period, amount, isDebit);
+}
+
+AccountBalances::Histories AccountBalances::withTotals() const {
+  Histories all = histories_;
+  for (const auto& [key, history] : histories_) {
+    History& total = all[{key.first, 0}];
+    total.opening += history.opening;
+    for (std::size_t i = 0; i < history.periods.size(); ++i) {
+      total.periods[i].debit += history.periods[i].debit;
+      total.periods[i].credit += history.periods[i].credit;
+    }
+  }
+  return all;
+}
+
+}  // namespace velmora::cli::demo

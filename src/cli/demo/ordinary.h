@@ -1,0 +1,15 @@
+#pragma once
+
+#include "cli/demo/operations.h"
+
+namespace velmora::cli::demo {
+
+/// Writes an ordinary piece of business of a random kind: one document, sometimes two,
+/// or something no document stands behind. `documentsLeft`, at least 1, is how many
+/// documents it may take.
+void addOrdinaryBusiness(Books& books, int period, int day, int documentsLeft);
+
+/// What some partners owe, or are owed, from before the first period.
+void addInitialDocuments(Books& books);
+
+}  // namespace velmora::cli::demo

@@ -1,0 +1,97 @@
+#include "cli/demo/tables.h"
+
+namespace velmora::cli::demo {
+
+Tables::Tables(ado::ProviderConnection& connection)
+    : otherBills(connection, "t_rp_ARPBill",
+                 {"FBillID",     "FClassTypeID", "FNumber",     "FDate",         "FFincDate",
+                  "FYear",       "FPeriod",      "FRP",         "FItemClassID",  "FCustomer",
+                  "FDepartment", "FEmployee",    "FCurrencyID", "FExchangeRate", "FAmountFor",
+                  "FAmount",     "FAccountID",   "FStatus",     "FVoucherID",    "FSource",
+                  "FSourceID",   "FCheckStatus"}),
+      receipts(connection, "t_rp_NewReceiveBill",
+               {"FBillID",       "FClassTypeID", "FNumber",   "FDate",       "FFincDate",
+                "FYear",         "FPeriod",      "FRP",       "FPre",        "FItemClassID",
+                "FCustomer",     "FDepartment",  "FEmployee", "FCurrencyID", "FExchangeRate",
+                "FAmountFor",    "FAmount",      "FStatus",   "FVoucherID",  "FClassTypeID_CN",
+                "FTransDate_CN", "FConfirm"}),
+      receiptLines(connection, "t_rp_ARBillOfSH",
+                   {"FBillID", "FIndex", "FAccountID", "FSettleAmountFor", "FSettleAmount"}),
+      contacts(connection, "t_rp_Contact",
+               {"FID",        "FType",       "FRP",          "FPre",        "FIsInit",
+                "FYear",      "FPeriod",     "FDate",        "FFincDate",   "FNumber",
+                "FRPBillID",  "FInvoiceID",  "FInvoiceType", "FQ8Import",   "FItemClassID",
+                "FCustomer",  "FDepartment", "FEmployee",    "FCurrencyID", "FExchangeRate",
+                "FAmountFor", "FAmount",     "FAccountID",   "FStatus",     "FVoucherID"}),
+      contactBalances(
+          connection, "t_rp_ContactBal",
+          {"FYear", "FPeriod", "FRP", "FItemClassID", "FCustomer", "FDepartment", "FEmployee",
+           "FAccountID", "FCurrencyID", "FBeginBalanceFor", "FBeginBalance", "FDebitFor", "FDebit",
+           "FCreditFor", "FCredit", "FEndBalanceFor", "FEndBalance"}),
+      initialDocuments(
+          connection, "t_rp_BegData",
+          {"FInterID", "FClassTypeID", "FType", "FRP", "FBillNo", "FDate", "FItemClassID", "FComID",
+           "FDepID", "FEmpID", "FCurrencyID", "FExchangeRate", "FAccountID"}),
+      initialLines(connection, "t_rp_BegDataEntry",
+                   {"FInterID", "FEntryID", "FAmountFor", "FAmount"}),
+      sales(connection, "ICSale",
+            {"FInterID", "FClassTypeID", "FBillNo", "FDate", "FFincDate", "FYear", "FPeriod",
+             "FCustID", "FDeptID", "FEmpID", "FCurrencyID", "FExchangeRate", "FSaleStyle",
+             "FAcctID", "FCussentAcctID", "FArapStatus", "FVchInterID"}),
+      saleLines(connection, "ICSaleEntry",
+                {"FInterID", "FEntryID", "FItemID", "FQty", "FPrice", "FAmount", "FStdAmount"}),
+      purchases(connection, "ICPurchase",
+                {"FInterID", "FClassTypeID", "FBillNo", "FDate", "FFincDate", "FYear", "FPeriod",
+                 "FSupplyID", "FDeptID", "FEmpID", "FCurrencyID", "FExchangeRate", "FPOStyle",
+                 "FAcctID", "FCussentAcctID", "FArapStatus", "FVchInterID"}),
+      purchaseLines(connection, "ICPurchaseEntry",
+                    {"FInterID", "FEntryID", "FItemID", "FQty", "FPrice", "FAmount", "FStdAmount"}),
+      expenses(connection, "ICExpenses",
+               {"FInterID", "FBillNo", "FDate", "FTranType", "FPOStyle", "FSaleStyle", "FInvType",
+                "FSupplyID", "FCurrencyID"}),
+      bills(connection, "t_rp_Bill",
+            {"FBillID", "FBillNo", "FRP", "FSignDate", "FDueDate", "FItemClassID", "FCustomer",
+             "FCurrencyID", "FAmountFor", "FAmount", "FReceiveBillID"}),
+      endorsements(connection, "t_rp_Bill_Endorse",
+                   {"FID", "FBillID", "FType", "FDate", "FCurrencyID", "FAmount", "FAccountID",
+                    "FVoucherID"}),
+      discounts(connection, "t_rp_Bill_Discount",
+                {"FID", "FBillID", "FDate", "FCurrencyID", "FDiscountAmount", "FAccountID",
+                 "FVoucherID"}),
+      billTransfers(connection, "t_rp_Bill_Transfer",
+                    {"FID", "FBillID", "FDate", "FCurrencyID", "FExportAmount", "FVoucherID"}),
+      billSettlements(connection, "t_rp_Bill_Settle",
+                      {"FID", "FBillID", "FDate", "FCurrencyID", "FAccountID", "FAmountFor",
+                       "FAmount", "FVoucherID"}),
+      settlements(
+          connection, "t_rp_NewCheckInfo",
+          {"FInterID",  "FID",         "FContactID",  "FBillID",      "FType",     "FIsInit",
+           "FRP",       "FCheckType",  "FCheckDate",  "FItemClassID", "FCustomer", "FDepartment",
+           "FEmployee", "FCurrencyID", "FTransfer",   "FTransferID",  "FARToAR",   "FZXID",
+           "FUnTread",  "FVoucherID",  "FExplanation"}),
+      settledEntries(connection, "t_rp_CheckEntry",
+                     {"FID", "FContactID", "FEntryID", "FBillID", "FType", "FIsInit",
+                      "FCheckAmountFor", "FCheckAmount"}),
+      vouchers(
+          connection, "t_Voucher",
+          {"FVoucherID", "FDate", "FYear", "FPeriod", "FGroupID", "FNumber", "FExplanation",
+           "FEntryCount", "FDebitTotal", "FCreditTotal", "FInternalInd", "FChecked", "FPosted"}),
+      voucherLines(connection, "t_VoucherEntry",
+                   {"FVoucherID", "FEntryID", "FExplanation", "FAccountID", "FDetailID",
+                    "FCurrencyID", "FExchangeRate", "FDC", "FAmountFor", "FAmount"}),
+      balances(connection, "t_Balance",
+               {"FYear", "FPeriod", "FAccountID", "FDetailID", "FCurrencyID", "FBeginBalanceFor",
+                "FBeginBalance", "FDebitFor", "FDebit", "FCreditFor", "FCredit", "FEndBalanceFor",
+                "FEndBalance"}) {}
+
+void Tables::store() {
+  for (TableWriter* table :
+       {&otherBills,       &receipts,        &receiptLines, &contacts,       &contactBalances,
+        &initialDocuments, &initialLines,    &sales,        &saleLines,      &purchases,
+        &purchaseLines,    &expenses,        &bills,        &endorsements,   &discounts,
+        &billTransfers,    &billSettlements, &settlements,  &settledEntries, &vouchers,
+        &voucherLines,     &balances})
+    table->store();
+}
+
+}  // namespace velmora::cli::demo
