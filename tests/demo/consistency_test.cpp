@@ -1,0 +1,123 @@
+#include <gmock/gmock.h>
+
+#include "demo/account_set.h"
+
+namespace velmora::cli::demo {
+namespace {
+
+using testing::IsEmpty;
+
+/// A rule that the books keep whatever was planted: the query lists what breaks it.
+struct Rule {
+  const char* name;
+  const char* violations;
+};
+
+constexpr const char* kVouchersBalance =
+    "select FVoucherID from t_VoucherEntry group by FVoucherID "
+    "having sum(case when FDC = 1 then FAmount else -FAmount end) <> 0";
+
+constexpr const char* kVoucherHeads =
+    "select v.FVoucherID from t_Voucher v inner join "
+    "(select FVoucherID, sum(FDC * FAmount) as FDebit, count(*) as FEntries from t_VoucherEntry "
+    "group by FVoucherID) e on v.FVoucherID = e.FVoucherID "
+    "where v.FDebitTotal <> e.FDebit or v.FCreditTotal <> e.FDebit or v.FEntryCount <> e.FEntries";
+
+constexpr const char* kVoucherNumbers =
+    "select FYear, FPeriod, FGroupID from t_Voucher group by FYear, FPeriod, FGroupID "
+    "having count(*) <> max(FNumber) or min(FNumber) <> 1";
+
+constexpr const char* kBalancesFollowVouchers =
+    "select b.FYear, b.FPeriod, b.FAccountID, b.FDetailID, b.FCurrencyID from t_Balance b "
+    "left join (select v.FYear, v.FPeriod, e.FAccountID, e.FDetailID, e.FCurrencyID, "
+    "sum(e.FDC * e.FAmountFor) as FDebitFor, sum((1 - e.FDC) * e.FAmount) as FCredit "
+    "from t_Voucher v inner join t_VoucherEntry e on v.FVoucherID = e.FVoucherID "
+    "where v.FPosted = 1 "
+    "group by v.FYear, v.FPeriod, e.FAccountID, e.FDetailID, e.FCurrencyID) m "
+    "on b.FYear = m.FYear and b.FPeriod = m.FPeriod and b.FAccountID = m.FAccountID "
+    "and b.FDetailID = m.FDetailID and b.FCurrencyID = m.FCurrencyID "
+    "where b.FCurrencyID > 0 and b.FDetailID > 0 "
+    "and (b.FDebitFor <> isnull(m.FDebitFor, 0) or b.FCredit <> isnull(m.FCredit, 0))";
+
+constexpr const char* kTrialBalance =
+    "select FYear, FPeriod from t_Balance where FDetailID = 0 and FCurrencyID = 0 "
+    "group by FYear, FPeriod "
+    "having sum(FBeginBalance) <> 0 or sum(FEndBalance) <> 0 or sum(FDebit) <> sum(FCredit)";
+
+constexpr const char* kBalancesRoll =
+    "select b.FAccountID, b.FYear, b.FPeriod from t_Balance b inner join t_Balance n "
+    "on n.FAccountID = b.FAccountID and n.FDetailID = b.FDetailID "
+    "and n.FCurrencyID = b.FCurrencyID "
+    "and n.FYear * 12 + n.FPeriod = b.FYear * 12 + b.FPeriod + 1 "
+    "where n.FBeginBalance <> b.FEndBalance or n.FBeginBalanceFor <> b.FEndBalanceFor "
+    "or b.FEndBalance <> b.FBeginBalance + b.FDebit - b.FCredit";
+
+constexpr const char* kTotalsOfDetail =
+    "select FYear, FPeriod, FAccountID, FCurrencyID from t_Balance "
+    "where FAccountID in (1122, 1123, 1221, 2202, 2203, 2241) "
+    "group by FYear, FPeriod, FAccountID, FCurrencyID "
+    "having sum(case when FDetailID = 0 then FEndBalance else -FEndBalance end) <> 0 "
+    "or sum(case when FDetailID = 0 then FDebitFor else -FDebitFor end) <> 0";
+
+// Every closed period reconciles: contact balances, with the advances that offsets
+// moved between accounts, are the ledger's balances.
+constexpr const char* kClosedPeriodsReconcile =
+    "select b.FYear, b.FPeriod, b.FAccountID, b.FEndBalance from t_Balance b "
+    "inner join t_Account a on a.FAccountID = b.FAccountID and a.FControlSystem > 0 "
+    "left join (select FYear, FPeriod, FAccountID, FRP, sum(FEndBalance) as FOwed "
+    "from t_rp_ContactBal group by FYear, FPeriod, FAccountID, FRP) c "
+    "on c.FYear = b.FYear and c.FPeriod = b.FPeriod and c.FAccountID = b.FAccountID "
+    "left join (select p.FYear, p.FPeriod, case when n.FType in (5, 15) then 2203 "
+    "when n.FType in (6, 16) then 1123 when n.FRP = 1 then 1122 else 2202 end as FAccountID, "
+    "sum(case when n.FType in (5, 6, 15, 16) then e.FCheckAmount else -e.FCheckAmount end) "
+    "as FMoved from t_rp_CheckEntry e inner join t_rp_NewCheckInfo n "
+    "on n.FID = e.FID and n.FContactID = e.FContactID "
+    "inner join t_PeriodDate p on n.FCheckDate <= p.FEndDate where n.FCheckType = 1 "
+    "group by p.FYear, p.FPeriod, case when n.FType in (5, 15) then 2203 "
+    "when n.FType in (6, 16) then 1123 when n.FRP = 1 then 1122 else 2202 end) o "
+    "on o.FYear = b.FYear and o.FPeriod = b.FPeriod and o.FAccountID = b.FAccountID "
+    "where b.FDetailID = 0 and b.FCurrencyID = 0 and b.FYear * 100 + b.FPeriod < 200903 "
+    "and b.FEndBalance * (case when a.FControlSystem = 1 then 1 else -1 end) "
+    "<> isnull(c.FOwed, 0) + isnull(o.FMoved, 0)";
+
+constexpr const char* kInitialDocuments =
+    "select b.FAccountID from t_Balance b left join "
+    "(select d.FAccountID, sum(case when d.FType in (5, 6, 15, 16) then -e.FAmount "
+    "else e.FAmount end * (case when d.FRP = 1 then 1 else -1 end)) as FAmount "
+    "from t_rp_BegData d inner join t_rp_BegDataEntry e on d.FInterID = e.FInterID "
+    "group by d.FAccountID) i on i.FAccountID = b.FAccountID "
+    "inner join t_Account a on a.FAccountID = b.FAccountID and a.FControlSystem > 0 "
+    "where b.FYear = 2008 and b.FPeriod = 1 and b.FDetailID = 0 and b.FCurrencyID = 0 "
+    "and b.FBeginBalance <> isnull(i.FAmount, 0)";
+
+constexpr const char* kInvoiceLines =
+    "select c.FID from t_rp_Contact c inner join "
+    "(select FInterID, sum(FAmount) as FAmount, sum(FStdAmount) as FStdAmount from ICSaleEntry "
+    "group by FInterID) e on c.FInvoiceID = e.FInterID and c.FType = 3 and c.FIsInit = 0 "
+    "where c.FAmountFor <> e.FAmount or c.FAmount <> e.FStdAmount";
+
+constexpr const char* kKnownPartners =
+    "select c.FID from t_rp_Contact c left join t_Item i on c.FCustomer = i.FItemID "
+    "and c.FItemClassID = i.FItemClassID where i.FItemID is null";
+
+class Consistency : public testing::TestWithParam<Rule> {};
+
+TEST_P(Consistency, HoldsInEverySet) {
+  EXPECT_THAT(smallSet().rows(GetParam().violations), IsEmpty());
+  EXPECT_THAT(generatedSet().rows(GetParam().violations), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Books, Consistency,
+    testing::Values(Rule{"VouchersBalance", kVouchersBalance}, Rule{"VoucherHeads", kVoucherHeads},
+                    Rule{"VoucherNumbers", kVoucherNumbers},
+                    Rule{"BalancesFollowVouchers", kBalancesFollowVouchers},
+                    Rule{"TrialBalance", kTrialBalance}, Rule{"BalancesRoll", kBalancesRoll},
+                    Rule{"TotalsOfDetail", kTotalsOfDetail},
+                    Rule{"ClosedPeriodsReconcile", kClosedPeriodsReconcile},
+                    Rule{"InitialDocuments", kInitialDocuments},
+                    Rule{"InvoiceLines", kInvoiceLines}, Rule{"KnownPartners", kKnownPartners}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+}  // namespace
+}  // namespace velmora::cli::demo
