@@ -10,7 +10,6 @@ namespace velmora::closing {
 
 using collections::Dictionary;
 using collections::DictionaryRef;
-using collections::Variant;
 
 namespace {
 

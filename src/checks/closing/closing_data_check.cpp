@@ -12,7 +12,6 @@ namespace velmora::closing {
 
 using collections::Dictionary;
 using collections::DictionaryRef;
-using collections::Variant;
 using collections::VectorRef;
 
 namespace {

@@ -1,7 +1,5 @@
 // Whether the current periods of inventory and ledger let AR/AP close its own.
 
-#include <compare>
-
 #include "checks/closing/query_builders.h"
 #include "checks/closing/query_filter.h"
 #include "checks/closing/sql_lines.h"
@@ -14,8 +12,11 @@ namespace {
 
 struct FiscalPeriod {
   std::int32_t year, period;
-  friend auto operator<=>(const FiscalPeriod&, const FiscalPeriod&) = default;
 };
+
+bool isBefore(const FiscalPeriod& a, const FiscalPeriod& b) {
+  return a.year < b.year || (a.year == b.year && a.period < b.period);
+}
 
 FiscalPeriod currentPeriodOf(const CDataSource& dataSource, std::string_view category) {
   return {readProfileNumber(dataSource, "CurrentYear", category),
@@ -26,7 +27,7 @@ std::string inventoryFinding(const FiscalPeriod& inventory, const FiscalPeriod& 
                              const std::string& module, const std::string& language) {
   if (inventory.year == 0)
     return LoadMessage("物流系统当前年份取值错误，可能是没有启用物流系统。", language);
-  if (inventory >= arp) return {};
+  if (!isBefore(inventory, arp)) return {};
   return LoadMessageFmt("物流系统当前期间小于%1，建议在%2之前结账。", language, {module, module});
 }
 
@@ -34,7 +35,7 @@ std::string ledgerFinding(const FiscalPeriod& ledger, const FiscalPeriod& arp,
                           const std::string& module, const std::string& language) {
   if (ledger.year == 0)
     return LoadMessage("总账系统当前年份取值错误，可能是没有启用总账系统。", language);
-  if (ledger <= arp) return {};
+  if (!isBefore(arp, ledger)) return {};
   return LoadMessageFmt("总账系统当前期间大于%1，建议在%2之后结账。", language, {module, module});
 }
 
