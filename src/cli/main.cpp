@@ -1,5 +1,8 @@
-#include <fmt/core.h>
+#include <iostream>
 
-int main() {
-  fmt::print("velmora {}\n", VELMORA_VERSION);
+#include "cli/program.h"
+
+int main(int argc, char** argv) {
+  std::ios::sync_with_stdio(false);
+  return velmora::cli::runProgram({argv + 1, argv + argc}, {std::cin, std::cout, std::cerr});
 }

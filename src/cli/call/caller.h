@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/call/json_text.h"
+#include "velmora/com/dispatch.h"
+
+namespace velmora::cli {
+
+/// Runs operations of the public classes, JSON in and JSON out.
+///
+/// One object a class serves all requests, because some query builders use the data
+/// source that an earlier operation of the same object opened.
+class Caller {
+ public:
+  /// `dsn` is the argument sDsn of requests without one; empty: there is none.
+  explicit Caller(std::string dsn) : dsn_(std::move(dsn)) {}
+
+  struct Answer {
+    Json json;
+    bool ran = false;  ///< false: "error" says why not
+  };
+  /// Never raises: what is wrong with the request is in the answer's "error".
+  Answer answer(std::string_view request);
+
+ private:
+  com::IDispatch& objectOf(const std::string& className);
+  collections::Variant absentArgument(const com::MethodInfo& method,
+                                      const com::ParameterInfo& parameter) const;
+  std::vector<collections::Variant> argumentsOf(const com::MethodInfo& method, const Json& given);
+
+  std::string dsn_;
+  std::vector<com::Ref<com::IDispatch>> objects_;
+};
+
+}  // namespace velmora::cli

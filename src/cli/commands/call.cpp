@@ -1,0 +1,86 @@
+#include <istream>
+#include <iterator>
+#include <optional>
+#include <ostream>
+
+#include "cli/call/caller.h"
+#include "cli/commands/commands.h"
+#include "cli/component.h"
+#include "cli/failure.h"
+#include "cli/options.h"
+
+namespace velmora::cli {
+
+namespace {
+
+struct Options {
+  AccountSetOptions accountSet;
+  std::string request;
+  bool stream = false;
+};
+
+void writeAnswer(std::ostream& out, const Caller::Answer& answer) {
+  out << jsonText(answer.json) << '\n' << std::flush;
+}
+
+int answerOne(Caller& caller, const Options& options, Streams& streams) {
+  const std::string request =
+      options.request.empty()
+          ? std::string(std::istreambuf_iterator<char>(streams.in), std::istreambuf_iterator<char>())
+          : options.request;
+  const auto answer = caller.answer(request);
+  writeAnswer(streams.out, answer);
+  return answer.ran ? kOk : kFailed;
+}
+
+int answerEachLine(Caller& caller, Streams& streams) {
+  for (std::string line; std::getline(streams.in, line) && streams.out;)
+    if (line.find_first_not_of(" \t\r") != std::string::npos)
+      writeAnswer(streams.out, caller.answer(line));
+  return kOk;
+}
+
+int call(const Options& options, Streams& streams) {
+  activateComponent();
+  std::optional<Session> session;
+  if (!dsnFor(options.accountSet).empty()) session.emplace(options.accountSet);
+  Caller caller(session ? session->dsn() : std::string());
+  return options.stream ? answerEachLine(caller, streams) : answerOne(caller, options, streams);
+}
+
+}  // namespace
+
+void addCall(CLI::App& program, Run& chosen) {
+  auto options = std::make_shared<Options>();
+  CLI::App* command =
+      program.add_subcommand("call", "Run any operation of the component, JSON in and JSON out");
+  command->footer(
+      "Examples:\n"
+      "  velmora call --db demo.db '{\"class\":\"clsPublic\",\"operation\":\"GetCurFincDate\"}'\n"
+      "  velmora call --db demo.db --stream <requests.ndjson >answers.ndjson\n"
+      "\n"
+      "A request names class, operation and arguments:\n"
+      "  {\"class\":\"clsInitBalCheck\",\"operation\":\"GetData\",\n"
+      "   \"arguments\":{\"sDsn\":\"...\",\"sSql\":\"select 1 as n\"}}\n"
+      "Its answer has result, arguments (by-reference and object arguments after the call),\n"
+      "vote, error and, when the operation reports failure by its result, diagnostic.\n"
+      "Amounts are {\"$decimal\":\"12.50\"}, dates {\"$date\":\"2009-03-01\"}, recordsets\n"
+      "{\"$recordset\":{\"fields\":[{\"name\":...,\"type\":\"adVarWChar\",\"size\":80}],\"rows\":[[...]]}}.\n"
+      "\n"
+      "Exit status 0 when the operation ran, whatever it answered; 3 when \"error\" says why\n"
+      "it did not. With --stream every line is answered and the status is 0.");
+  command->add_option("request", options->request, "The request; standard input if absent")
+      ->option_text("REQUEST");
+  command->add_flag("--stream", options->stream,
+                    "Read one request a line and answer one a line; objects live from line to line");
+  addConnectionOptions(*command, options->accountSet);
+  addSideOption(*command, options->accountSet);
+  addLanguageOption(*command, options->accountSet);
+  command->callback([options, &chosen] {
+    if (options->stream && !options->request.empty())
+      throw CLI::ValidationError("--stream", "the requests come from standard input");
+    chosen = [options](Streams& streams) { return call(*options, streams); };
+  });
+}
+
+}  // namespace velmora::cli

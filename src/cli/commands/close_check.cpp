@@ -1,0 +1,111 @@
+#include <ostream>
+
+#include <fmt/format.h>
+
+#include "cli/closing/closing_check.h"
+#include "cli/commands/commands.h"
+#include "cli/component.h"
+#include "cli/failure.h"
+#include "cli/options.h"
+
+namespace velmora::cli {
+
+namespace {
+
+struct Options {
+  AccountSetOptions accountSet;
+  Format format = Format::table;
+  int year = 0, period = 0;
+  bool showAll = false, showSql = false;
+  std::vector<std::string> accounts;
+};
+
+ClosingOptions closingOptions(const Options& options, const Session& session) {
+  ClosingOptions closing;
+  closing.receivables = options.accountSet.receivables;
+  closing.period = {options.year, options.period};
+  closing.showAll = options.showAll;
+  closing.accountIds = accountIds(session.connection(), options.accounts);
+  closing.period = periodToCheck(session, closing);
+  return closing;
+}
+
+void writeQueries(std::ostream& err, const std::vector<CheckQuery>& queries) {
+  for (const CheckQuery& query : queries)
+    err << "-- " << query.caption << '\n' << query.sql << "\n\n";
+}
+
+/// Shows which check is running while a person waits for it.
+CheckProgress progressOn(ProgressLine& line) {
+  if (!errorIsTerminal()) return {};
+  return [&line](const std::string& caption, int index, int count) {
+    line.show(fmt::format("{}/{} {}", index, count, caption));
+  };
+}
+
+void writeResult(std::ostream& out, const ClosingReport& report, Format format) {
+  switch (format) {
+    case Format::table:
+      return writeReport(out, report, Style::forOutput());
+    case Format::csv:
+      return writeReportCsv(out, report);
+    case Format::json:
+      return writeReportJson(out, report);
+  }
+}
+
+int closeCheck(const Options& options, Streams& streams) {
+  activateComponent();
+  const Session session(options.accountSet);
+  requireAccountSet(session.connection());
+  const ClosingOptions closing = closingOptions(options, session);
+  if (options.showSql) writeQueries(streams.err, closingQueries(session, closing));
+  ProgressLine line(streams.err, true);
+  const ClosingReport report = runClosingCheck(session, closing, progressOn(line));
+  line.clear();
+  writeResult(streams.out, report, options.format);
+  if (options.format != Format::table) streams.err << report.verdict() << '\n';
+  return report.mayClose ? kOk : kBlocked;
+}
+
+}  // namespace
+
+void addCloseCheck(CLI::App& program, Run& chosen) {
+  auto options = std::make_shared<Options>();
+  CLI::App* command =
+      program.add_subcommand("close-check", "List what prevents the closing of a period");
+  command->footer(
+      "Examples:\n"
+      "  velmora close-check --db demo.db --lang EN\n"
+      "  velmora close-check --db demo.db --side ap --year 2009 --period 3 --show-all\n"
+      "  velmora close-check --db demo.db --accounts 1122,2203 --format csv >findings.csv\n"
+      "\n"
+      "Exit status 1: serious errors were found, the period may not be closed.");
+  addConnectionOptions(*command, options->accountSet);
+  addSideOption(*command, options->accountSet);
+  auto* year = command->add_option("--year", options->year, "Fiscal year; the current one if absent")
+                   ->option_text("YEAR")
+                   ->check(CLI::Range(1900, 9999));
+  auto* period =
+      command->add_option("--period", options->period, "Period of that year, with --year")
+          ->option_text("PERIOD")
+          ->check(CLI::Range(1, 99));
+  year->needs(period);
+  period->needs(year);
+  command->add_flag("--show-all", options->showAll,
+                    "Also findings on vouchers that the account set does not demand");
+  command
+      ->add_option("--accounts", options->accounts,
+                   "Control accounts; vouchers on them without a document are listed too")
+      ->option_text("NUMBER,...")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  addLanguageOption(*command, options->accountSet);
+  addFormatOption(*command, options->format);
+  command->add_flag("--show-sql", options->showSql, "Print each check's query on standard error");
+  command->callback([options, &chosen] {
+    chosen = [options](Streams& streams) { return closeCheck(*options, streams); };
+  });
+}
+
+}  // namespace velmora::cli

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "cli/program.h"
+
+namespace velmora::cli {
+
+// Each adds its command to `program`; when the command line chooses it, `chosen`
+// becomes what runs it.
+void addDemo(CLI::App& program, Run& chosen);
+void addCloseCheck(CLI::App& program, Run& chosen);
+void addFinDate(CLI::App& program, Run& chosen);
+void addSql(CLI::App& program, Run& chosen);
+void addCall(CLI::App& program, Run& chosen);
+void addRegistration(CLI::App& program, Run& chosen);
+
+}  // namespace velmora::cli

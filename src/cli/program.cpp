@@ -1,0 +1,118 @@
+#include "cli/program.h"
+
+#include <algorithm>
+#include <ostream>
+
+#include <fmt/format.h>
+
+#include "cli/commands/commands.h"
+#include "cli/failure.h"
+#include "cli/secrets.h"
+#include "velmora/com/error.h"
+
+namespace velmora::cli {
+
+namespace {
+
+/// Help that begins with what people look for: examples.
+class HelpFormatter final : public CLI::Formatter {
+ public:
+  std::string make_description(const CLI::App* app) const override {
+    return app->get_description() + "\n\n" + app->get_footer() + "\n";
+  }
+  std::string make_footer(const CLI::App*) const override { return {}; }
+};
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  velmora demo create demo.db\n"
+    "  velmora close-check --db demo.db --lang EN\n"
+    "  velmora close-check --db demo.db --side ap --year 2009 --period 3 --format csv\n"
+    "  velmora sql --db demo.db \"select FNumber, FName from t_Account\"\n"
+    "\n"
+    "Exit status: 0 ran and nothing blocks, 1 ran and something blocks, 2 the command\n"
+    "line is wrong, 3 it could not run.";
+
+/// "velmora demo create", of the command that the arguments reached.
+std::string chosenCommand(const CLI::App& program) {
+  std::string path = program.get_name();
+  for (const CLI::App* command = &program; !command->get_subcommands().empty();) {
+    command = command->get_subcommands().front();
+    path += " " + command->get_name();
+  }
+  return path;
+}
+
+bool hasCommand(const CLI::App& program, const std::string& name) {
+  const auto commands = program.get_subcommands([](const CLI::App*) { return true; });
+  return std::any_of(commands.begin(), commands.end(),
+                     [&](const CLI::App* command) { return command->get_name() == name; });
+}
+
+int tellUsage(const CLI::App& program, Streams& streams, std::string_view message) {
+  fmt::format_to(std::ostream_iterator<char>(streams.err),
+                 "velmora: {}\nTry `{} --help`.\n", message, chosenCommand(program));
+  return kUsage;
+}
+
+int tellFailure(Streams& streams, std::string_view message) {
+  streams.out.flush();
+  streams.err << "velmora: " << withoutPasswords(message) << '\n';
+  return kFailed;
+}
+
+/// Raises CLI::ParseError.
+void parse(CLI::App& program, std::vector<std::string> arguments) {
+  if (!arguments.empty() && !arguments.front().starts_with('-') &&
+      !hasCommand(program, arguments.front()))
+    throw UsageError(fmt::format("there is no command \"{}\"", arguments.front()));
+  std::reverse(arguments.begin(), arguments.end());
+  program.parse(std::move(arguments));
+}
+
+int parseAndRun(CLI::App& program, const Run& chosen, std::vector<std::string> arguments,
+                Streams& streams) {
+  try {
+    parse(program, std::move(arguments));
+    const int status = chosen(streams);
+    if (!streams.out.flush()) throw Failure("cannot write the result");
+    return status;
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return program.exit(error, streams.out, streams.err);
+    return tellUsage(program, streams, error.what());
+  } catch (const UsageError& error) {
+    return tellUsage(program, streams, error.what());
+  } catch (const com::Error& error) {
+    return tellFailure(streams, fmt::format("{} ({}, error {})", error.description(),
+                                            error.source(), error.number()));
+  } catch (const std::exception& error) {
+    return tellFailure(streams, error.what());
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<CLI::App> makeProgram(Run& chosen) {
+  auto program = std::make_unique<CLI::App>(
+      "velmora checks receivables and payables before a period is closed.", "velmora");
+  program->formatter(std::make_shared<HelpFormatter>());
+  program->footer(kExamples);
+  program->set_help_flag("-h,--help", "Show this help");
+  program->set_version_flag("--version", "velmora " VELMORA_VERSION, "Show the version");
+  program->require_subcommand(1);
+  addDemo(*program, chosen);
+  addCloseCheck(*program, chosen);
+  addFinDate(*program, chosen);
+  addSql(*program, chosen);
+  addCall(*program, chosen);
+  addRegistration(*program, chosen);
+  return program;
+}
+
+int runProgram(std::vector<std::string> arguments, Streams streams) {
+  Run chosen;
+  const auto program = makeProgram(chosen);
+  return parseAndRun(*program, chosen, std::move(arguments), streams);
+}
+
+}  // namespace velmora::cli
