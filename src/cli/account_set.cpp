@@ -47,8 +47,8 @@ std::string toString(Period period) {
 void requireAccountSet(ado::Connection& connection) {
   std::string missing;
   for (const char* table : {"t_SystemProfile", "t_RP_SystemProfile", "t_PeriodDate"}) {
-    const auto found = firstValue(
-        connection, fmt::format("select name from sysobjects where name='{}'", table));
+    const auto found =
+        firstValue(connection, fmt::format("select name from sysobjects where name='{}'", table));
     if (found.isNull()) missing.append(missing.empty() ? "" : ", ").append(table);
   }
   if (!missing.empty())
@@ -60,10 +60,10 @@ Period currentPeriod(ado::Connection& connection, bool receivables) {
   const Period current{profileNumber(connection, fmt::format("F{}CurYear", side)),
                        profileNumber(connection, fmt::format("F{}CurPeriod", side))};
   if (current.year == 0 || current.period == 0)
-    throw Failure(fmt::format(
-        "the account set tells no current period (F{0}CurYear, F{0}CurPeriod of "
-        "t_RP_SystemProfile); give --year and --period",
-        side));
+    throw Failure(
+        fmt::format("the account set tells no current period (F{0}CurYear, F{0}CurPeriod of "
+                    "t_RP_SystemProfile); give --year and --period",
+                    side));
   return current;
 }
 

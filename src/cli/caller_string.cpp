@@ -1,8 +1,8 @@
 #include "cli/caller_string.h"
 
 #include "cli/failure.h"
-#include "cli/ignore_case.h"
 #include "velmora/ado/connection_string.h"
+#include "velmora/collections/letter_case.h"
 
 namespace velmora::cli {
 
@@ -72,13 +72,13 @@ CallerString::CallerString(std::string_view text) {
 
 CallerString::Pair* CallerString::findPair(std::string_view key) {
   for (Pair& pair : pairs_)
-    if (equalIgnoringCase(pair.key, key)) return &pair;
+    if (collections::equalsIgnoringCase(pair.key, key)) return &pair;
   return nullptr;
 }
 
 std::optional<std::string> CallerString::find(std::string_view key) const {
   for (const Pair& pair : pairs_)
-    if (equalIgnoringCase(pair.key, key)) return pair.value;
+    if (collections::equalsIgnoringCase(pair.key, key)) return pair.value;
   return std::nullopt;
 }
 

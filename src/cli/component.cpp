@@ -23,7 +23,9 @@ std::string componentLibrary() {
   throw Failure("cannot find the component at " + places + "; set VELMORA_COMPONENT to its path");
 }
 
-void activateComponent() { com::ActivateServer(componentLibrary()); }
+void activateComponent() {
+  com::ActivateServer(componentLibrary());
+}
 
 void failFromErrorInfo(const std::string& operation) {
   std::string message = operation + " could not run";

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "cli/ignore_case.h"
+#include "velmora/collections/letter_case.h"
 
 namespace velmora::cli {
 
@@ -22,7 +22,7 @@ void addChoice(CLI::App& command, const std::string& name, Value& target,
   for (const auto& choice : choices) words.append(words.empty() ? "" : "|").append(choice.word);
   const auto take = [&target, choices, name, words](const std::string& text) {
     for (const auto& choice : choices) {
-      if (!equalIgnoringCase(choice.word, text)) continue;
+      if (!collections::equalsIgnoringCase(choice.word, text)) continue;
       target = choice.value;
       return;
     }

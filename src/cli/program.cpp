@@ -1,9 +1,8 @@
 #include "cli/program.h"
 
 #include <algorithm>
-#include <ostream>
-
 #include <fmt/format.h>
+#include <ostream>
 
 #include "cli/commands/commands.h"
 #include "cli/failure.h"
@@ -50,8 +49,8 @@ bool hasCommand(const CLI::App& program, const std::string& name) {
 }
 
 int tellUsage(const CLI::App& program, Streams& streams, std::string_view message) {
-  fmt::format_to(std::ostream_iterator<char>(streams.err),
-                 "velmora: {}\nTry `{} --help`.\n", message, chosenCommand(program));
+  fmt::format_to(std::ostream_iterator<char>(streams.err), "velmora: {}\nTry `{} --help`.\n",
+                 message, chosenCommand(program));
   return kUsage;
 }
 

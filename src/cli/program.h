@@ -1,12 +1,11 @@
 #pragma once
 
+#include <CLI/CLI.hpp>
 #include <functional>
 #include <iosfwd>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 namespace velmora::cli {
 

@@ -7,7 +7,9 @@ namespace velmora::cli {
 
 namespace {
 
-bool isLetter(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; }
+bool isLetter(char c) {
+  return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+}
 
 bool startsWithIgnoringCase(std::string_view text, std::string_view lowerCase) {
   if (text.size() < lowerCase.size()) return false;

@@ -7,8 +7,8 @@
 
 #include "cli/caller_string.h"
 #include "cli/failure.h"
-#include "cli/ignore_case.h"
 #include "velmora/ado/connection_string.h"
+#include "velmora/collections/letter_case.h"
 
 namespace velmora::cli {
 
@@ -49,7 +49,8 @@ void requireFile(const std::string& file) {
 std::string withAccess(const std::string& connectString, Access access) {
   if (access == Access::asGiven) return connectString;
   ado::ConnectionString settings(connectString);
-  if (!equalIgnoringCase(settings.value("Provider"), "Velmora.Embedded")) return connectString;
+  if (!collections::equalsIgnoringCase(settings.value("Provider"), "Velmora.Embedded"))
+    return connectString;
   settings.set("Mode", access == Access::write ? "ReadWrite" : "Read");
   return settings.toString();
 }
@@ -80,10 +81,10 @@ std::string dsnFor(const AccountSetOptions& options, Access access) {
   return callerStringFor(given, {options.receivables, options.language, userName()});
 }
 
-Session::Session(const AccountSetOptions& options, Access access)
-    : dsn_(dsnFor(options, access)) {
+Session::Session(const AccountSetOptions& options, Access access) : dsn_(dsnFor(options, access)) {
   if (dsn_.empty())
-    throw UsageError("say which account set: --db FILE, --dsn TEXT, --dsn-file FILE or VELMORA_DSN");
+    throw UsageError(
+        "say which account set: --db FILE, --dsn TEXT, --dsn-file FILE or VELMORA_DSN");
   connection_ = openConnection(withAccess(connectStringOf(dsn_), access));
 }
 

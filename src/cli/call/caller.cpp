@@ -4,8 +4,8 @@
 #include <array>
 
 #include "cli/call/json_values.h"
-#include "cli/ignore_case.h"
 #include "cli/secrets.h"
+#include "velmora/collections/letter_case.h"
 #include "velmora/com/class_table.h"
 #include "velmora/com/context.h"
 #include "velmora/com/error.h"
@@ -55,12 +55,15 @@ Request requestFromJson(const Json& json) {
 }
 
 /// "clsPublic" of "Velmora.clsPublic".
-std::string_view shortName(std::string_view progId) { return progId.substr(progId.find('.') + 1); }
+std::string_view shortName(std::string_view progId) {
+  return progId.substr(progId.find('.') + 1);
+}
 
 std::string_view progIdOf(const std::string& className) {
   std::string known;
   for (const std::string_view progId : kProgIds) {
-    if (equalIgnoringCase(className, progId) || equalIgnoringCase(className, shortName(progId)))
+    if (collections::equalsIgnoringCase(className, progId) ||
+        collections::equalsIgnoringCase(className, shortName(progId)))
       return progId;
     known.append(known.empty() ? "" : ", ").append(shortName(progId));
   }
@@ -69,15 +72,14 @@ std::string_view progIdOf(const std::string& className) {
 
 const MethodInfo& methodOf(const com::TypeInfo& type, const std::string& operation) {
   const MethodInfo* method = type.findMethod(operation);
-  if (method == nullptr)
-    throw JsonError(type.name + " has no operation \"" + operation + "\"");
+  if (method == nullptr) throw JsonError(type.name + " has no operation \"" + operation + "\"");
   return *method;
 }
 
 const ParameterInfo* findParameter(const MethodInfo& method, std::string_view name) {
-  const auto found =
-      std::find_if(method.parameters.begin(), method.parameters.end(),
-                   [name](const ParameterInfo& p) { return equalIgnoringCase(p.name, name); });
+  const auto found = std::find_if(
+      method.parameters.begin(), method.parameters.end(),
+      [name](const ParameterInfo& p) { return collections::equalsIgnoringCase(p.name, name); });
   return found == method.parameters.end() ? nullptr : &*found;
 }
 
@@ -167,10 +169,8 @@ std::vector<Variant> Caller::argumentsOf(const MethodInfo& method, const Json& g
   std::vector<const Json*> byPosition(method.parameters.size());
   for (const auto& [name, value] : given.items()) {
     const ParameterInfo* parameter = findParameter(method, name);
-    if (parameter == nullptr)
-      throw JsonError(method.name + " has no argument \"" + name + "\"");
-    const Json*& place =
-        byPosition[static_cast<std::size_t>(parameter - method.parameters.data())];
+    if (parameter == nullptr) throw JsonError(method.name + " has no argument \"" + name + "\"");
+    const Json*& place = byPosition[static_cast<std::size_t>(parameter - method.parameters.data())];
     if (place != nullptr) throw JsonError("\"" + name + "\" occurs twice");
     place = &value;
   }

@@ -102,8 +102,8 @@ Json jsonFromObject(const com::Ref<com::IUnknown>& object, int depth) {
     Json json = Json::object();
     for (std::size_t i = 0; i < dictionary->Count(); ++i) {
       const Variant& item = dictionary->Item(i);
-      json[dictionary->Key(i)] = item.isString() ? Json(withoutPasswords(item.text()))
-                                                 : jsonFromAny(item, depth + 1);
+      json[dictionary->Key(i)] =
+          item.isString() ? Json(withoutPasswords(item.text())) : jsonFromAny(item, depth + 1);
     }
     return json;
   }
@@ -166,6 +166,8 @@ Variant valueFromJson(const Json& json) {
   }
 }
 
-Json jsonFromValue(const Variant& value) { return jsonFromAny(value, 0); }
+Json jsonFromValue(const Variant& value) {
+  return jsonFromAny(value, 0);
+}
 
 }  // namespace velmora::cli

@@ -17,7 +17,9 @@ std::pair<std::string_view, std::string_view> cutAtBar(std::string_view text) {
 
 }  // namespace
 
-std::string taggedText(std::string_view tagged) { return std::string(cutAtBar(tagged).second); }
+std::string taggedText(std::string_view tagged) {
+  return std::string(cutAtBar(tagged).second);
+}
 
 std::string filledMessage(std::string_view messageTemplate, const ado::Recordset& row) {
   auto [text, columns] = cutAtBar(messageTemplate);

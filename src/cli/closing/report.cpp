@@ -1,13 +1,14 @@
 #include "cli/closing/report.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 #include <ostream>
 #include <span>
 
-#include <fmt/format.h>
-
 #include "cli/call/json_text.h"
+#include "cli/output/counted.h"
 #include "cli/output/display_width.h"
+#include "cli/output/result_rows.h"
 
 namespace velmora::cli {
 
@@ -28,26 +29,6 @@ std::vector<Group> groupsOf(const std::vector<Finding>& findings) {
   return groups;
 }
 
-std::string counted(std::size_t count, std::string_view one, std::string_view several) {
-  return fmt::format("{} {}", count, count == 1 ? one : several);
-}
-
-ado::FieldDefinition textField(std::string name) {
-  ado::FieldDefinition field;
-  field.name = std::move(name);
-  field.type = ado::adVarWChar;
-  field.definedSize = -1;
-  return field;
-}
-
-ado::FieldDefinition countField(std::string name) {
-  ado::FieldDefinition field;
-  field.name = std::move(name);
-  field.type = ado::adInteger;
-  field.definedSize = 4;
-  return field;
-}
-
 void writeGroup(std::ostream& out, Group group, const Style& style) {
   const Finding& first = group.front();
   const std::string severity = singleLine(first.severityText);
@@ -61,14 +42,11 @@ void writeGroup(std::ostream& out, Group group, const Style& style) {
 }
 
 void writeTotals(std::ostream& out, const std::vector<Group>& groups, const Style& style) {
-  ado::Rowset totals;
-  totals.fields = {textField("Check item"), textField("Severity"), countField("Findings")};
-  for (const Group group : groups) {
-    totals.cells.emplace_back(group.front().item);
-    totals.cells.emplace_back(group.front().severityText);
-    totals.cells.emplace_back(static_cast<std::int32_t>(group.size()));
-  }
-  writeTable(out, *ado::Recordset::fromRowset(std::move(totals)), style);
+  ResultRows totals;
+  totals.textColumn("Check item").textColumn("Severity").countColumn("Findings");
+  for (const Group group : groups)
+    totals.add(group.front().item).add(group.front().severityText).add(group.size());
+  writeTable(out, *totals.finish(), style);
   out << '\n';
 }
 
@@ -100,12 +78,11 @@ std::size_t ClosingReport::count(Severity severity) const {
 }
 
 std::string ClosingReport::verdict() const {
-  const std::string found =
-      findings.empty()
-          ? "no findings"
-          : fmt::format("{}, {}, {}", counted(findings.size(), "finding", "findings"),
-                        counted(count(Severity::serious), "serious error", "serious errors"),
-                        counted(count(Severity::warning), "warning", "warnings"));
+  const std::string found = findings.empty()
+                                ? "no findings"
+                                : fmt::format("{}, {}, {}", counted(findings.size(), "finding"),
+                                              counted(count(Severity::serious), "serious error"),
+                                              counted(count(Severity::warning), "warning"));
   return fmt::format("{} {}: {}. The period may {}be closed.",
                      receivables ? "Receivables" : "Payables", toString(period), found,
                      mayClose ? "" : "not ");
@@ -120,16 +97,14 @@ void writeReport(std::ostream& out, const ClosingReport& report, const Style& st
 }
 
 void writeReportCsv(std::ostream& out, const ClosingReport& report) {
-  ado::Rowset rows;
-  rows.fields = {countField("FID"), textField("FChkItem"), textField("FChkType"),
-                 textField("FChkInfo")};
-  for (const Finding& finding : report.findings) {
-    rows.cells.emplace_back(static_cast<std::int32_t>(finding.id));
-    rows.cells.emplace_back(finding.item);
-    rows.cells.emplace_back(finding.severityText);
-    rows.cells.emplace_back(finding.message);
-  }
-  writeCsv(out, *ado::Recordset::fromRowset(std::move(rows)));
+  ResultRows rows;
+  rows.countColumn("FID").textColumn("FChkItem").textColumn("FChkType").textColumn("FChkInfo");
+  for (const Finding& finding : report.findings)
+    rows.add(static_cast<std::size_t>(finding.id))
+        .add(finding.item)
+        .add(finding.severityText)
+        .add(finding.message);
+  writeCsv(out, *rows.finish());
 }
 
 void writeReportJson(std::ostream& out, const ClosingReport& report) {

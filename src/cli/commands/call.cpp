@@ -24,10 +24,10 @@ void writeAnswer(std::ostream& out, const Caller::Answer& answer) {
 }
 
 int answerOne(Caller& caller, const Options& options, Streams& streams) {
-  const std::string request =
-      options.request.empty()
-          ? std::string(std::istreambuf_iterator<char>(streams.in), std::istreambuf_iterator<char>())
-          : options.request;
+  const std::string request = options.request.empty()
+                                  ? std::string(std::istreambuf_iterator<char>(streams.in),
+                                                std::istreambuf_iterator<char>())
+                                  : options.request;
   const auto answer = caller.answer(request);
   writeAnswer(streams.out, answer);
   return answer.ran ? kOk : kFailed;
@@ -42,9 +42,10 @@ int answerEachLine(Caller& caller, Streams& streams) {
 
 int call(const Options& options, Streams& streams) {
   activateComponent();
+  // A file is kept open, so that the calls do not open it one by one.
   std::optional<Session> session;
-  if (!dsnFor(options.accountSet).empty()) session.emplace(options.accountSet);
-  Caller caller(session ? session->dsn() : std::string());
+  if (!options.accountSet.db.empty()) session.emplace(options.accountSet);
+  Caller caller(dsnFor(options.accountSet));
   return options.stream ? answerEachLine(caller, streams) : answerOne(caller, options, streams);
 }
 
@@ -65,14 +66,16 @@ void addCall(CLI::App& program, Run& chosen) {
       "Its answer has result, arguments (by-reference and object arguments after the call),\n"
       "vote, error and, when the operation reports failure by its result, diagnostic.\n"
       "Amounts are {\"$decimal\":\"12.50\"}, dates {\"$date\":\"2009-03-01\"}, recordsets\n"
-      "{\"$recordset\":{\"fields\":[{\"name\":...,\"type\":\"adVarWChar\",\"size\":80}],\"rows\":[[...]]}}.\n"
+      "{\"$recordset\":{\"fields\":[{\"name\":...,\"type\":\"adVarWChar\",\"size\":80}],\"rows\":[["
+      "...]]}}.\n"
       "\n"
       "Exit status 0 when the operation ran, whatever it answered; 3 when \"error\" says why\n"
       "it did not. With --stream every line is answered and the status is 0.");
   command->add_option("request", options->request, "The request; standard input if absent")
       ->option_text("REQUEST");
-  command->add_flag("--stream", options->stream,
-                    "Read one request a line and answer one a line; objects live from line to line");
+  command->add_flag(
+      "--stream", options->stream,
+      "Read one request a line and answer one a line; objects live from line to line");
   addConnectionOptions(*command, options->accountSet);
   addSideOption(*command, options->accountSet);
   addLanguageOption(*command, options->accountSet);

@@ -1,6 +1,5 @@
-#include <ostream>
-
 #include <fmt/format.h>
+#include <ostream>
 
 #include "cli/closing/closing_check.h"
 #include "cli/commands/commands.h"
@@ -83,9 +82,10 @@ void addCloseCheck(CLI::App& program, Run& chosen) {
       "Exit status 1: serious errors were found, the period may not be closed.");
   addConnectionOptions(*command, options->accountSet);
   addSideOption(*command, options->accountSet);
-  auto* year = command->add_option("--year", options->year, "Fiscal year; the current one if absent")
-                   ->option_text("YEAR")
-                   ->check(CLI::Range(1900, 9999));
+  auto* year =
+      command->add_option("--year", options->year, "Fiscal year; the current one if absent")
+          ->option_text("YEAR")
+          ->check(CLI::Range(1900, 9999));
   auto* period =
       command->add_option("--period", options->period, "Period of that year, with --year")
           ->option_text("PERIOD")

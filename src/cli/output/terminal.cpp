@@ -1,9 +1,8 @@
 #include "cli/output/terminal.h"
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <ostream>
+#include <unistd.h>
 
 #include "cli/output/display_width.h"
 
@@ -18,8 +17,12 @@ std::string_view environment(const char* name) {
 
 }  // namespace
 
-bool outputIsTerminal() { return isatty(STDOUT_FILENO) == 1; }
-bool errorIsTerminal() { return isatty(STDERR_FILENO) == 1; }
+bool outputIsTerminal() {
+  return isatty(STDOUT_FILENO) == 1;
+}
+bool errorIsTerminal() {
+  return isatty(STDERR_FILENO) == 1;
+}
 
 Style Style::forOutput() {
   return Style(outputIsTerminal() && environment("NO_COLOR").empty() &&
