@@ -6,7 +6,7 @@
 
 #include "cli/caller_string.h"
 #include "cli/commands/commands.h"
-#include "cli/demo/new_file.h"
+#include "cli/new_file.h"
 #include "cli/failure.h"
 #include "cli/output/result_rows.h"
 #include "cli/output/result_writer.h"
@@ -71,7 +71,7 @@ void writePlanted(std::ostream& out, const demo::PlantedFindings& planted) {
 }
 
 int createDemo(const Options& options, Streams& streams) {
-  demo::NewFile file(options.file, options.force);
+  NewFile file(options.file, options.force);
   const auto planted = fill(options, file.unfinished(), streams);
   file.complete();
   writePlanted(streams.out, planted);

@@ -9,6 +9,7 @@
 #include "cli/failure.h"
 #include "cli/options.h"
 #include "cli/output/counted.h"
+#include "velmora/com/error.h"
 #include "velmora/tsql/script.h"
 
 namespace velmora::cli {

@@ -1,10 +1,10 @@
-#include "cli/demo/new_file.h"
+#include "cli/new_file.h"
 
 #include <filesystem>
 
 #include "cli/failure.h"
 
-namespace velmora::cli::demo {
+namespace velmora::cli {
 
 namespace fs = std::filesystem;
 
@@ -34,4 +34,4 @@ void NewFile::removeUnfinished() noexcept {
   for (const char* ending : {"", ".wal"}) fs::remove(unfinished_ + ending, ignored);
 }
 
-}  // namespace velmora::cli::demo
+}  // namespace velmora::cli

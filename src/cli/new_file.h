@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace velmora::cli::demo {
+namespace velmora::cli {
 
 /// A file in the making: written under another name beside its own, which it takes
 /// only when it is complete. What is not completed is removed.
@@ -25,4 +25,4 @@ class NewFile {
   std::string file_, unfinished_;
 };
 
-}  // namespace velmora::cli::demo
+}  // namespace velmora::cli
