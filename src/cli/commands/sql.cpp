@@ -82,7 +82,7 @@ void runBatch(ado::ProviderConnection& provider, const tsql::ScriptBatch& batch,
     results = provider.execute(batch.text, {});
   } catch (const com::Error& error) {
     throw com::Error(error.number(), error.source(),
-                     fmt::format("the batch at line {}: {}", batch.line, error.description()));
+                     fmt::format("the batch at line {}: {}", batch.firstLine, error.description()));
   }
   if (showSql) streams.err << provider.lastNativeSql() << '\n';
   for (auto& result : results) printer.print(std::move(result));
@@ -93,7 +93,8 @@ int runSql(const Options& options, Streams& streams) {
   const Session session(options.accountSet, options.write ? Access::write : Access::read);
   ResultPrinter printer(streams, options.format);
   for (const auto& batch : batches)
-    runBatch(session.connection().provider(), batch, options.showSql, printer, streams);
+    for (int i = 0; i < batch.repeat; ++i)
+      runBatch(session.connection().provider(), batch, options.showSql, printer, streams);
   return kOk;
 }
 
