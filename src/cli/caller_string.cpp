@@ -1,5 +1,7 @@
 #include "cli/caller_string.h"
 
+#include <algorithm>
+
 #include "cli/failure.h"
 #include "velmora/ado/connection_string.h"
 #include "velmora/collections/letter_case.h"
@@ -47,27 +49,31 @@ std::string adoConnectString(std::string_view text) {
       "Driver= or DSN= (an ADO connection string)");
 }
 
-std::string wrapped(std::string_view connectString, const CallerContext& context) {
-  CallerString caller;
-  caller.set(kConnectString, connectString);
-  caller.set("UserName", context.user);
-  caller.set("LANGUAGE", context.language.empty() ? "chs" : context.language);
-  caller.set("SubID", context.receivables ? "AR" : "AP");
-  for (const char* key : {"AcctType", "Q8Version", "DBMS Name", "DBMS Version"})
-    caller.set(key, "");
-  return caller.toString();
-}
-
 }  // namespace
 
 CallerString::CallerString(std::string_view text) {
-  for (std::string_view rest = text; !rest.empty();) {
-    const std::string key(trimmed(takeUpTo(rest, '=')));
-    if (key.empty()) return;
-    if (findPair(key) != nullptr)
-      throw Failure("the connection string has the key \"" + key + "\" twice");
-    pairs_.push_back({key, std::string(takeValue(rest))});
+  for (Pair& pair : parse(text)) {
+    if (findPair(pair.key) != nullptr)
+      throw Failure("the connection string has the key \"" + pair.key + "\" twice");
+    pairs_.push_back(std::move(pair));
   }
+}
+
+bool CallerString::describes(std::string_view text) {
+  const auto pairs = parse(text);
+  return std::any_of(pairs.begin(), pairs.end(), [](const Pair& pair) {
+    return collections::equalsIgnoringCase(pair.key, kConnectString);
+  });
+}
+
+std::vector<CallerString::Pair> CallerString::parse(std::string_view text) {
+  std::vector<Pair> pairs;
+  for (std::string_view rest = text; !rest.empty();) {
+    std::string key(trimmed(takeUpTo(rest, '=')));
+    if (key.empty()) break;
+    pairs.push_back({std::move(key), std::string(takeValue(rest))});
+  }
+  return pairs;
 }
 
 CallerString::Pair* CallerString::findPair(std::string_view key) {
@@ -103,9 +109,20 @@ std::string CallerString::toString() const {
   return text;
 }
 
+std::string wrapConnectString(std::string_view connectString, const CallerContext& context) {
+  CallerString caller;
+  caller.set(kConnectString, connectString);
+  caller.set("UserName", context.user);
+  caller.set("LANGUAGE", context.language.empty() ? "chs" : context.language);
+  caller.set("SubID", context.receivables ? "AR" : "AP");
+  for (const char* key : {"AcctType", "Q8Version", "DBMS Name", "DBMS Version"})
+    caller.set(key, "");
+  return caller.toString();
+}
+
 std::string callerStringFor(std::string_view text, const CallerContext& context) {
+  if (!CallerString::describes(text)) return wrapConnectString(adoConnectString(text), context);
   CallerString caller(text);
-  if (!caller.find(kConnectString)) return wrapped(adoConnectString(text), context);
   if (context.language.empty()) return std::string(text);
   caller.set("LANGUAGE", context.language);
   return caller.toString();

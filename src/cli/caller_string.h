@@ -16,9 +16,12 @@ class CallerString {
   /// Raises Failure naming a key that occurs twice.
   explicit CallerString(std::string_view text);
 
+  /// Whether `text` is of this form: it has the key ConnectString.
+  static bool describes(std::string_view text);
+
   std::optional<std::string> find(std::string_view key) const;
-  /// Replaces or appends. Raises Failure for a value with both ";" and "}", which the
-  /// string cannot hold.
+  /// Replaces or appends. Raises Failure for a value with "}", which the string cannot
+  /// hold.
   void set(std::string_view key, std::string_view value);
   std::string toString() const;
 
@@ -26,6 +29,7 @@ class CallerString {
   struct Pair {
     std::string key, value;
   };
+  static std::vector<Pair> parse(std::string_view text);
   Pair* findPair(std::string_view key);
 
   std::vector<Pair> pairs_;
@@ -37,6 +41,9 @@ struct CallerContext {
   std::string language;  ///< "chs", "CHT" or "EN"; empty: as the text says, else "chs"
   std::string user;
 };
+
+/// The sDsn around an ADO connection string.
+std::string wrapConnectString(std::string_view connectString, const CallerContext& context);
 
 /// The sDsn for what a person gave: a whole caller string (with ConnectString=) goes
 /// through as it is but for a language asked for; an ADO connection string (with

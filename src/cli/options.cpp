@@ -38,10 +38,10 @@ void addConnectionOptions(CLI::App& command, AccountSetOptions& options) {
                  ->option_text("FILE");
   auto* dsn =
       command
-          .add_option("--dsn", options.dsn,
-                      "A connection string: the suite's own (with ConnectString=) or an ADO one "
-                      "(with Provider=, Driver= or DSN=). VELMORA_DSN in the environment stands "
-                      "in for it and keeps a password off the command line")
+          .add_option(
+              "--dsn", options.dsn,
+              "A connection string, the suite's or an ADO one; VELMORA_DSN in the environment "
+              "stands in for it, away from other users' eyes")
           ->option_text("TEXT");
   auto* file = command.add_option("--dsn-file", options.dsnFile, "A file with a connection string")
                    ->option_text("FILE");
@@ -59,8 +59,7 @@ void addLanguageOption(CLI::App& command, AccountSetOptions& options) {
   const std::array languages{Choice<std::string>{"chs", "chs"}, Choice<std::string>{"CHT", "CHT"},
                              Choice<std::string>{"EN", "EN"}};
   addChoice(command, "--lang", options.language, languages,
-            "Language of the component's texts: simplified Chinese (the default), traditional "
-            "Chinese or English");
+            "Language of the findings; chs if absent");
 }
 
 void addFormatOption(CLI::App& command, Format& format) {

@@ -17,7 +17,7 @@ namespace {
 class HelpFormatter final : public CLI::Formatter {
  public:
   std::string make_description(const CLI::App* app) const override {
-    return app->get_description() + "\n\n" + app->get_footer() + "\n";
+    return app->get_description() + "\n\n" + app->get_footer() + "\n\n";
   }
   std::string make_footer(const CLI::App*) const override { return {}; }
 };

@@ -55,11 +55,8 @@ std::string withAccess(const std::string& connectString, Access access) {
   return settings.toString();
 }
 
-std::string givenConnection(const AccountSetOptions& options, Access access) {
-  if (!options.db.empty()) {
-    requireFile(options.db);
-    return embeddedConnectString(options.db, access == Access::write ? "ReadWrite" : "Read");
-  }
+/// The connection string given otherwise than by --db.
+std::string givenDsn(const AccountSetOptions& options) {
   if (!options.dsn.empty()) return options.dsn;
   if (!options.dsnFile.empty()) return readDsnFile(options.dsnFile);
   return environment("VELMORA_DSN");
@@ -75,13 +72,17 @@ ado::ConnectionRef openConnection(const std::string& connectString) {
 
 }  // namespace
 
-std::string dsnFor(const AccountSetOptions& options, Access access) {
-  const std::string given = givenConnection(options, access);
-  if (given.empty()) return {};
-  return callerStringFor(given, {options.receivables, options.language, userName()});
+std::string dsnFor(const AccountSetOptions& options) {
+  const CallerContext context{options.receivables, options.language, userName()};
+  if (!options.db.empty()) {
+    requireFile(options.db);
+    return wrapConnectString(embeddedConnectString(options.db, "Read"), context);
+  }
+  const std::string given = givenDsn(options);
+  return given.empty() ? given : callerStringFor(given, context);
 }
 
-Session::Session(const AccountSetOptions& options, Access access) : dsn_(dsnFor(options, access)) {
+Session::Session(const AccountSetOptions& options, Access access) : dsn_(dsnFor(options)) {
   if (dsn_.empty())
     throw UsageError(
         "say which account set: --db FILE, --dsn TEXT, --dsn-file FILE or VELMORA_DSN");

@@ -17,7 +17,7 @@ struct AccountSetOptions {
 
 /// How an embedded account set is opened. A server has its own rights.
 enum class Access {
-  asGiven,  ///< as the connection string says; a file read-only
+  asGiven,  ///< as the connection string says, --db read-only
   read,
   write,
 };
@@ -25,7 +25,7 @@ enum class Access {
 /// The sDsn for these options; VELMORA_DSN in the environment stands in when none of
 /// db, dsn and dsnFile is given; empty when that is not set either. Raises Failure for
 /// a file that cannot be read.
-std::string dsnFor(const AccountSetOptions& options, Access access = Access::asGiven);
+std::string dsnFor(const AccountSetOptions& options);
 
 /// An account set in use: its sDsn and one open connection, held so that the calls of
 /// a command share an embedded database that is opened once.

@@ -111,7 +111,7 @@ TEST_F(CallerTest, NamesWhatIsWrongWithARequestAndForgetsTheVoteBefore) {
                 "has no argument \\\"sDns\\\""},
            Case{R"({"class":"clsPublic","operation":"Fill","arguments":{"sDsn":"d","SDSN":"e"}})",
                 "\\\"SDSN\\\" occurs twice"},
-           Case{R"({"class":"clsPublic","operation":"Fill"})", "needs the argument sDsn (String)"},
+           Case{R"({"class":"clsPublic","operation":"Fill"})", "needs the argument sDsn (string)"},
            Case{R"({"class":"clsPublic","operation":"Fill","arguments":{"sDsn":"d","dFilter":5}})",
                 "dFilter"},
            Case{R"({"class":"clsPublic","operation":"Fill","arguments":)"

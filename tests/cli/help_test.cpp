@@ -45,7 +45,7 @@ void checkHelp(const CLI::App& command, std::vector<std::string> path) {
 }
 
 TEST(Help, ListsEveryCommandAndOption) {
-  Run chosen;
+  cli::Run chosen;
   checkHelp(*makeProgram(chosen), {});
 }
 

@@ -71,8 +71,8 @@ void addCall(CLI::App& program, Run& chosen) {
       "\n"
       "Exit status 0 when the operation ran, whatever it answered; 3 when \"error\" says why\n"
       "it did not. With --stream every line is answered and the status is 0.");
-  command->add_option("request", options->request, "The request; standard input if absent")
-      ->option_text("REQUEST");
+  command->add_option("REQUEST", options->request, "The request; standard input if absent")
+      ->type_name("");
   command->add_flag(
       "--stream", options->stream,
       "Read one request a line and answer one a line; objects live from line to line");

@@ -6,8 +6,8 @@
 
 #include "cli/caller_string.h"
 #include "cli/commands/commands.h"
-#include "cli/new_file.h"
 #include "cli/failure.h"
+#include "cli/new_file.h"
 #include "cli/output/result_rows.h"
 #include "cli/output/result_writer.h"
 
@@ -94,7 +94,7 @@ void addDemo(CLI::App& program, Run& chosen) {
       "  velmora demo create large.db --documents 100000 --seed 7\n"
       "\n"
       "Prints how many findings of each kind were planted.");
-  command->add_option("file", options->file, "The file to make")->option_text("FILE")->required();
+  command->add_option("FILE", options->file, "The file to make")->type_name("")->required();
   command
       ->add_option("--documents", options->documents,
                    "Documents of each side; without it the small set is made")

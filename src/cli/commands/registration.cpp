@@ -20,8 +20,7 @@ using com::Registry;
 void callEntryPoint(const std::string& path, const char* name) {
   void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) throw Failure(fmt::format("cannot load {}: {}", path, dlerror()));
-  const auto entryPoint =
-      reinterpret_cast<com::DllRegisterServerFunction>(dlsym(library, name));
+  const auto entryPoint = reinterpret_cast<com::DllRegisterServerFunction>(dlsym(library, name));
   if (entryPoint == nullptr) throw Failure(fmt::format("{} has no {}", path, name));
   com::ClearErrorInfo();
   const std::int32_t answer = entryPoint();

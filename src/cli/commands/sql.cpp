@@ -111,8 +111,8 @@ void addSql(CLI::App& program, Run& chosen) {
       "\n"
       "A line with GO alone separates batches. JSON is an array with one recordset a\n"
       "result, {\"fields\":[...],\"rows\":[[...]]}; amounts and dates in it are texts.");
-  auto* text = command->add_option("text", options->text, "T-SQL; standard input if absent")
-                   ->option_text("TEXT");
+  auto* text =
+      command->add_option("TEXT", options->text, "T-SQL; standard input if absent")->type_name("");
   command->add_option("--file", options->file, "Read the T-SQL from a file")
       ->option_text("FILE")
       ->excludes(text);
