@@ -94,9 +94,10 @@ void TableAppender::makeChunk() {
 }
 
 ColumnWriter& TableAppender::currentColumn() {
-  refuseUnless(open_, "The bulk insert into " + table_.name + " is finished.");
-  refuseUnless(next_ < named_, "A row for " + table_.name + " has more than its " +
-                                   std::to_string(named_) + " values.");
+  if (!open_) throwError("The bulk insert into " + table_.name + " is finished.");
+  if (next_ >= named_)
+    throwError("A row for " + table_.name + " has more than its " + std::to_string(named_) +
+               " values.");
   return columns_[next_];
 }
 
@@ -111,8 +112,9 @@ void TableAppender::append(std::string_view text) {
 }
 
 void TableAppender::endRow() {
-  refuseUnless(next_ == named_, "A row for " + table_.name + " has " + std::to_string(next_) +
-                                    " of its " + std::to_string(named_) + " values.");
+  if (next_ != named_)
+    throwError("A row for " + table_.name + " has " + std::to_string(next_) + " of its " +
+               std::to_string(named_) + " values.");
   if (columns_.size() > named_)
     columns_.back().write(rows_, Variant(state_->catalog.takeIdentity(table_)));
   next_ = 0;
