@@ -51,6 +51,8 @@ std::string withAccess(const std::string& connectString, Access access) {
   ado::ConnectionString settings(connectString);
   if (!collections::equalsIgnoringCase(settings.value("Provider"), "Velmora.Embedded"))
     return connectString;
+  const bool create = collections::equalsIgnoringCase(settings.value("Mode"), "Create");
+  if (access == Access::write && create) return connectString;
   settings.set("Mode", access == Access::write ? "ReadWrite" : "Read");
   return settings.toString();
 }

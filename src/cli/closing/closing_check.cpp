@@ -171,9 +171,9 @@ ClosingReport runClosingCheck(const Session& session, const ClosingOptions& opti
 
 std::vector<CheckQuery> closingQueries(const Session& session, const ClosingOptions& options) {
   const auto checks = createChecks();
+  const auto items = checkItems(*checks, session, listFilter(options));
   std::vector<CheckQuery> queries;
-  for (const Variant& item : *checkItems(*checks, session, listFilter(options)))
-    appendQuery(queries, *item.toObject<Dictionary>());
+  for (const Variant& item : *items) appendQuery(queries, *item.toObject<Dictionary>());
   if (!options.accountIds.empty())
     appendQuery(queries, *vouchersWithoutDocuments(*checks, session, options));
   return queries;
