@@ -57,12 +57,12 @@ bool eitherCanFail(const Bound& a, const Bound& b) {
 }
 
 /// Integers: division cuts towards zero, a zero divisor is error 8134.
-Bound integerOperation(ArithmeticOperator op, const Bound& left, const Bound& right,
-                       Position position) {
+Bound integerOperation(Context& context, ArithmeticOperator op, const Bound& left,
+                       const Bound& right, Position position) {
   SqlType type = commonType(left.type, right.type);
   if (type.kind == SqlKind::bit && !isBitwise(op)) type = SqlType::integer();
-  const Bound a = convertTo(left, type, position);
-  const Bound b = convertTo(right, type, position);
+  const Bound a = convertTo(context, left, type, position);
+  const Bound b = convertTo(context, right, type, position);
   if (!isDivision(op) || surelyNotZero(b)) {
     return computed(infix(op, a.sql, b.sql), type, eitherCanFail(a, b));
   }
@@ -71,14 +71,18 @@ Bound integerOperation(ArithmeticOperator op, const Bound& left, const Bound& ri
   return computed(castSql(name + a.sql + ", " + b.sql + ")", type), type, true);
 }
 
-Bound floatOperation(ArithmeticOperator op, const Bound& left, const Bound& right,
+Bound floatOperation(Context& context, ArithmeticOperator op, const Bound& left, const Bound& right,
                      Position position) {
   const SqlType type = left.type.isApproximate() && right.type.isApproximate()
                            ? commonType(left.type, right.type)
                            : SqlType::floating();
-  const Bound a = convertTo(left, type, position);
-  const Bound b = convertTo(right, type, position);
-  if (op == ArithmeticOperator::Divide) {
+  const Bound a = convertTo(context, left, type, position);
+  const Bound b = convertTo(context, right, type, position);
+  const bool divides = op == ArithmeticOperator::Divide;
+  if (divides && b.constant && !b.isNull() && b.constant->toDouble() != 0) {
+    return computed("(" + a.sql + " / " + b.sql + ")", type, eitherCanFail(a, b));
+  }
+  if (divides) {
     return computed(castSql("velmora_ratio(" + a.sql + ", " + b.sql + ")", type), type, true);
   }
   if (op == ArithmeticOperator::Modulo) refuse(position, "% of float values");
@@ -86,13 +90,13 @@ Bound floatOperation(ArithmeticOperator op, const Bound& left, const Bound& righ
 }
 
 /// An integer constant beside a decimal counts as a decimal just wide enough.
-Bound asDecimalOperand(const Bound& value, Position position) {
+Bound asDecimalOperand(Context& context, const Bound& value, Position position) {
   if (value.type.isDecimal()) return value;
   if (!value.constant || value.isNull()) {
-    return convertTo(value, asDecimal(value.type), position);
+    return convertTo(context, value, asDecimal(value.type), position);
   }
   const std::string digits = value.constant->toDecimal().abs().toString();
-  return convertTo(value, SqlType::decimal(static_cast<int>(digits.size()), 0), position);
+  return convertTo(context, value, SqlType::decimal(static_cast<int>(digits.size()), 0), position);
 }
 
 std::string wideSql(const Bound& value) {
@@ -108,16 +112,15 @@ Bound decimalFunction(ExpressionBinder& binder, DecimalFunction::Operation opera
   return result;
 }
 
-/// Whether the engine's own product is the answer: it is exact as long as the digits of
-/// both operands fit 38, and where the answer keeps all digits of the fraction.
+/// Whether the engine's own product is the answer: where all digits of the fraction stay.
 bool nativeProduct(const SqlType& a, const SqlType& b, const SqlType& type) {
-  return a.precision + b.precision <= Decimal::kMaxDigits || type.scale == a.scale + b.scale;
+  return type.scale == a.scale + b.scale;
 }
 
 Bound decimalOperation(ExpressionBinder& binder, ArithmeticOperator op, const Bound& left,
                        const Bound& right, Position position) {
-  const Bound a = asDecimalOperand(left, position);
-  const Bound b = asDecimalOperand(right, position);
+  const Bound a = asDecimalOperand(binder.context(), left, position);
+  const Bound b = asDecimalOperand(binder.context(), right, position);
   const SqlType answer = staysMoney(left.type, right.type) ? SqlType::of(SqlKind::money)
                                                            : decimalResult(op, a.type, b.type);
   if (op == ArithmeticOperator::Divide) {
@@ -198,17 +201,19 @@ Bound bindOperator(ExpressionBinder& binder, ArithmeticOperator op, Bound left, 
   const SqlType a = left.type;
   const SqlType b = right.type;
   if (a.isDate() || b.isDate()) return dateOperation(op, left, right, position);
-  if (a.isText()) left = convertTo(left, b, position);
-  if (b.isText()) right = convertTo(right, a, position);
-  if (left.type.kind == SqlKind::untypedNull) left = convertTo(left, right.type, position);
-  if (right.type.kind == SqlKind::untypedNull) right = convertTo(right, left.type, position);
+  if (a.isText()) left = convertTo(binder.context(), left, b, position);
+  if (b.isText()) right = convertTo(binder.context(), right, a, position);
+  if (left.type.kind == SqlKind::untypedNull)
+    left = convertTo(binder.context(), left, right.type, position);
+  if (right.type.kind == SqlKind::untypedNull)
+    right = convertTo(binder.context(), right, left.type, position);
   if (left.type.kind == SqlKind::untypedNull) return left;
   if (left.type.isInteger() && right.type.isInteger()) {
-    return integerOperation(op, left, right, position);
+    return integerOperation(binder.context(), op, left, right, position);
   }
   if (isBitwise(op)) refuseOperator(op, commonType(left.type, right.type), position);
   if (left.type.isApproximate() || right.type.isApproximate()) {
-    return floatOperation(op, left, right, position);
+    return floatOperation(binder.context(), op, left, right, position);
   }
   return decimalOperation(binder, op, left, right, position);
 }

@@ -25,12 +25,12 @@ SqlType resultType(const std::vector<BoundBranch>& branches, const Bound* otherw
   return type;
 }
 
-Bound assemble(const std::vector<BoundBranch>& branches, const Bound* otherwise,
+Bound assemble(Context& context, const std::vector<BoundBranch>& branches, const Bound* otherwise,
                Position position) {
   const SqlType type = resultType(branches, otherwise, position);
   Bound result = computed("(CASE", type);
   const auto add = [&](std::string_view word, const Bound& value) {
-    const Bound converted = convertTo(value, type, position);
+    const Bound converted = convertTo(context, value, type, position);
     result.sql.append(word).append(exactSql(converted));
     result.canFail = result.canFail || converted.canFail;
   };
@@ -46,9 +46,9 @@ Bound assemble(const std::vector<BoundBranch>& branches, const Bound* otherwise,
 
 Bound withElse(ExpressionBinder& binder, std::vector<BoundBranch> branches,
                const ExpressionPtr& otherwise, Position position) {
-  if (!otherwise) return assemble(branches, nullptr, position);
+  if (!otherwise) return assemble(binder.context(), branches, nullptr, position);
   const Bound last = binder.bind(*otherwise);
-  return assemble(branches, &last, position);
+  return assemble(binder.context(), branches, &last, position);
 }
 
 }  // namespace
@@ -59,7 +59,8 @@ Bound bindSimpleCase(ExpressionBinder& binder, const Expression& expression,
   std::vector<BoundBranch> branches;
   for (const CaseBranch& branch : node.branches) {
     const Bound value = binder.bind(*branch.when);
-    branches.push_back({compare(ComparisonOperator::Equal, operand, value, branch.when->position),
+    branches.push_back({compare(binder.context(), ComparisonOperator::Equal, operand, value,
+                                branch.when->position),
                         binder.bind(*branch.then)});
   }
   return withElse(binder, std::move(branches), node.otherwise, expression.position);
@@ -75,7 +76,7 @@ Bound bindSearchedCase(ExpressionBinder& binder, const Expression& expression,
   return withElse(binder, std::move(branches), node.otherwise, expression.position);
 }
 
-Bound bindCoalesce(std::vector<Bound> values, Position position) {
+Bound bindCoalesce(Context& context, std::vector<Bound> values, Position position) {
   SqlType type = values.front().type;
   for (const Bound& value : values) type = commonType(type, value.type);
   if (type.kind == SqlKind::untypedNull) {
@@ -87,7 +88,7 @@ Bound bindCoalesce(std::vector<Bound> values, Position position) {
   result.nullable = true;
   bool first = true;
   for (const Bound& value : values) {
-    const Bound converted = convertTo(value, type, position);
+    const Bound converted = convertTo(context, value, type, position);
     result.sql.append(first ? "" : ", ").append(exactSql(converted));
     result.canFail = result.canFail || converted.canFail;
     first = false;

@@ -1,5 +1,7 @@
 #include "platform/tsql/bind_change.h"
 
+#include <algorithm>
+
 #include "platform/tsql/errors.h"
 #include "platform/tsql/sql_text.h"
 
@@ -53,8 +55,9 @@ ChangeTarget bindTarget(Context& context, QueryScope& scope, const QualifiedName
   result.source = sourceOfTarget(scope, target, findTable(context, target));
   if (result.source == nullptr) {
     requireTable(context, target);
-    const std::string own = bindFrom(context, scope, targetAlone(target));
-    result.from = from.empty() ? own : own + ", " + result.from;
+    const BoundFrom own = bindFrom(context, scope, targetAlone(target));
+    result.from.sql = from.empty() ? own.sql : result.from.sql + ", " + own.sql;
+    result.from.relations.push_back(own.sql);
     result.source = &scope.sources.back();
   }
   result.table = result.source->table;
@@ -68,7 +71,9 @@ ChangeTarget bindTarget(Context& context, QueryScope& scope, const QualifiedName
 Change bindTruncate(Context& context, const TruncateStatement& statement) {
   const TableInfo& table = requireTable(context, statement.table);
   requireChangeable(context, table, statement.table.position);
-  return {"DELETE FROM " + table.engineName, "", table.name};
+  const bool numbered = std::ranges::any_of(
+      table.columns, [](const ColumnInfo& column) { return column.identity.has_value(); });
+  return {"DELETE FROM " + table.engineName, "", numbered ? table.name : ""};
 }
 
 }  // namespace velmora::tsql

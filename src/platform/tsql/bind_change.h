@@ -25,7 +25,7 @@ std::string defaultSql(const ColumnInfo& column);
 struct ChangeTarget {
   const TableInfo* table = nullptr;
   const Source* source = nullptr;
-  std::string from;  ///< the FROM clause's SQL, without the word
+  BoundFrom from;
 };
 ChangeTarget bindTarget(Context& context, QueryScope& scope, const QualifiedName& target,
                         const std::vector<TableSourcePtr>& from);

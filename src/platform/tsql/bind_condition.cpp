@@ -30,9 +30,9 @@ std::string_view symbol(ComparisonOperator op) {
 
 /// What of a value is compared in the common type: numbers stand as they are, so that
 /// columns stay free of wrappers; texts by their key.
-Bound comparand(const Bound& value, const SqlType& common, Position position) {
+Bound comparand(Context& context, const Bound& value, const SqlType& common, Position position) {
   if (common.isNumber() && value.type.isNumber()) return value;
-  Bound converted = convertTo(value, common, position);
+  Bound converted = convertTo(context, value, common, position);
   if (common.isText()) converted.sql = keySql(converted);
   return converted;
 }
@@ -43,11 +43,11 @@ std::string negation(bool negated) {
 
 }  // namespace
 
-BoundCondition compare(ComparisonOperator op, const Bound& left, const Bound& right,
-                       Position position) {
+BoundCondition compare(Context& context, ComparisonOperator op, const Bound& left,
+                       const Bound& right, Position position) {
   const SqlType common = commonType(left.type, right.type);
-  const Bound a = comparand(left, common, position);
-  const Bound b = comparand(right, common, position);
+  const Bound a = comparand(context, left, common, position);
+  const Bound b = comparand(context, right, common, position);
   std::string sql = "(";
   sql.append(a.sql).append(symbol(op)).append(b.sql).append(")");
   return {std::move(sql), a.canFail || b.canFail};
@@ -77,7 +77,7 @@ BoundCondition ExpressionBinder::bindCondition(const Expression& expression) {
 BoundCondition ExpressionBinder::bindComparison(const Expression& expression,
                                                 const Comparison& node) {
   const Bound left = bind(*node.left);
-  return compare(node.op, left, bind(*node.right), expression.position);
+  return compare(context_, node.op, left, bind(*node.right), expression.position);
 }
 
 BoundCondition ExpressionBinder::bindLogical(const LogicalExpression& node) {
@@ -101,9 +101,9 @@ BoundCondition ExpressionBinder::bindBetween(const Expression& expression,
   const Bound low = bind(*node.low);
   const Bound high = bind(*node.high);
   SqlType common = commonType(operand.type, commonType(low.type, high.type));
-  const Bound value = comparand(operand, common, expression.position);
-  const Bound from = comparand(low, common, expression.position);
-  const Bound to = comparand(high, common, expression.position);
+  const Bound value = comparand(context_, operand, common, expression.position);
+  const Bound from = comparand(context_, low, common, expression.position);
+  const Bound to = comparand(context_, high, common, expression.position);
   return {
       "(" + value.sql + negation(node.negated) + " BETWEEN " + from.sql + " AND " + to.sql + ")",
       value.canFail || from.canFail || to.canFail};
@@ -119,10 +119,10 @@ BoundCondition ExpressionBinder::bindInList(const Expression& expression,
     items.push_back(bind(*item));
     common = commonType(common, items.back().type);
   }
-  const Bound value = comparand(operand, common, expression.position);
+  const Bound value = comparand(context_, operand, common, expression.position);
   BoundCondition result{"(" + value.sql + negation(node.negated) + " IN (", value.canFail};
   for (std::size_t i = 0; i < items.size(); ++i) {
-    const Bound item = comparand(items[i], common, node.items[i]->position);
+    const Bound item = comparand(context_, items[i], common, node.items[i]->position);
     result.sql.append(i == 0 ? "" : ", ").append(item.sql);
     result.canFail = result.canFail || item.canFail;
   }
@@ -135,15 +135,16 @@ BoundCondition ExpressionBinder::bindInSubquery(const Expression& expression,
   const Bound operand = bind(*node.operand);
   BoundQuery query = bindQuery(context_, &scope_, *node.query);
   const SqlType common = commonType(operand.type, onlyColumn(query, expression.position).type);
-  const Bound value = comparand(operand, common, expression.position);
-  const std::string rows = common.isText() ? keyQueryText(query) : queryText(query, {common});
+  const Bound value = comparand(context_, operand, common, expression.position);
+  const std::string rows =
+      common.isText() ? keyQueryText(context_, query) : queryText(context_, query, {common});
   return {"(" + value.sql + negation(node.negated) + " IN (" + rows + "))", value.canFail};
 }
 
 BoundCondition ExpressionBinder::bindLike(const Expression& expression, const LikeCondition& node) {
   const SqlType text = SqlType::nvarchar(SqlType::kMaxLength);
-  const Bound value = castTo(bind(*node.operand), text, expression.position);
-  const Bound pattern = castTo(bind(*node.pattern), text, expression.position);
+  const Bound value = castTo(context_, bind(*node.operand), text, expression.position);
+  const Bound pattern = castTo(context_, bind(*node.pattern), text, expression.position);
   char escape = 0;
   if (node.escape) {
     const Bound bound = bind(*node.escape);
@@ -164,7 +165,7 @@ BoundCondition ExpressionBinder::bindIsNull(const IsNullCondition& node) {
 
 BoundCondition ExpressionBinder::bindExists(const ExistsCondition& node) {
   BoundQuery query = bindQuery(context_, &scope_, *node.query);
-  return {"EXISTS (" + existenceText(query) + ")", false};
+  return {"EXISTS (" + existenceText(context_, query) + ")", false};
 }
 
 }  // namespace velmora::tsql

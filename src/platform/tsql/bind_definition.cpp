@@ -110,7 +110,7 @@ class TableBinder {
     context_.inDefault = true;
     const Bound value = ExpressionBinder(context_, scope).bind(*definition.defaultValue);
     context_.inDefault = false;
-    return exactSql(assignTo(value, type, table_.name + "." + definition.name,
+    return exactSql(assignTo(context_, value, type, table_.name + "." + definition.name,
                              definition.defaultValue->position));
   }
 
@@ -229,7 +229,7 @@ CreateTable bindCreateView(Context& context, const CreateViewStatement& statemen
   }
   view.columns = newColumns(query, statement.columns, view.name, statement.view.position);
   const std::string sql = "CREATE VIEW " + view.engineName + " (" + quotedNames(view.columns) +
-                          ") AS " + derivedText(query);
+                          ") AS " + derivedText(context, query);
   return {std::move(view), {sql}};
 }
 
@@ -238,8 +238,8 @@ SelectInto bindSelectInto(Context& context, const Query& query, const QualifiedN
   TableInfo table = newTable(context, into);
   table.columns = newColumns(bound, {}, table.name, into.position);
   std::string sql = createWords(table) + table.engineName + " AS SELECT " +
-                    typedNames(table.columns) + " FROM (" + orderedQueryText(bound) + ") AS q(" +
-                    quotedNames(table.columns) + ")";
+                    typedNames(table.columns) + " FROM (" + orderedQueryText(context, bound) +
+                    ") AS q(" + quotedNames(table.columns) + ")";
   return {std::move(table), std::move(sql)};
 }
 

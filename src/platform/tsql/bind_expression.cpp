@@ -81,7 +81,8 @@ Bound ExpressionBinder::bindNode(const Expression& expression) {
           [&](const SimpleCase& node) { return bindSimpleCase(*this, expression, node); },
           [&](const SearchedCase& node) { return bindSearchedCase(*this, expression, node); },
           [&](const CastExpression& node) {
-            return castTo(bind(*node.operand), sqlType(node.type, 30), expression.position);
+            return castTo(context_, bind(*node.operand), sqlType(node.type, 30),
+                          expression.position);
           },
           [&](const ConvertExpression& node) {
             std::optional<int> style;
@@ -92,7 +93,8 @@ Bound ExpressionBinder::bindNode(const Expression& expression) {
               }
               style = bound.constant->toInt32();
             }
-            return castTo(bind(*node.operand), sqlType(node.type, 30), expression.position, style);
+            return castTo(context_, bind(*node.operand), sqlType(node.type, 30),
+                          expression.position, style);
           },
           [&](const FunctionCall& node) { return bindFunction(*this, expression, node); },
           [&](const ScalarSubquery& node) { return bindScalarSubquery(node); },
@@ -153,7 +155,7 @@ Bound ExpressionBinder::bindScalarSubquery(const ScalarSubquery& subquery) {
   BoundQuery query = bindQuery(context_, &scope_, *subquery.query);
   const OutputColumn& column = onlyColumn(query, subquery.query->body.position);
   const SqlType type = column.type.kind == SqlKind::untypedNull ? SqlType::integer() : column.type;
-  return computed("(" + queryText(query, {type}) + ")", type);
+  return computed("(" + queryText(context_, query, {type}) + ")", type);
 }
 
 }  // namespace velmora::tsql

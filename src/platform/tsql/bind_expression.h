@@ -66,14 +66,14 @@ Bound bindSimpleCase(ExpressionBinder& binder, const Expression& expression,
 Bound bindSearchedCase(ExpressionBinder& binder, const Expression& expression,
                        const SearchedCase& node);
 /// The first of the values that is not NULL; the type is the common one.
-Bound bindCoalesce(std::vector<Bound> values, Position position);
+Bound bindCoalesce(Context& context, std::vector<Bound> values, Position position);
 
 Bound bindFunction(ExpressionBinder& binder, const Expression& expression,
                    const FunctionCall& call);
 
 /// `left op right` as a condition, operands brought to their common type.
-BoundCondition compare(ComparisonOperator op, const Bound& left, const Bound& right,
-                       Position position);
+BoundCondition compare(Context& context, ComparisonOperator op, const Bound& left,
+                       const Bound& right, Position position);
 /// AND or OR of conditions. Those that can fail are reached only by rows that the others
 /// let through. Without `exactUnknown` an unknown AND may come out as false.
 BoundCondition combine(LogicalOperator op, const std::vector<BoundCondition>& conditions,

@@ -12,6 +12,14 @@ class FromBinder {
  public:
   FromBinder(Context& context, QueryScope& scope) : context_(context), scope_(scope) {}
 
+  BoundFrom bindAll(const std::vector<TableSourcePtr>& from) {
+    for (const TableSourcePtr& source : from) {
+      result_.sql += (result_.sql.empty() ? "" : ", ") + bind(*source);
+    }
+    return std::move(result_);
+  }
+
+ private:
   std::string bind(const TableSource& source) {
     return std::visit(
         Overloaded{
@@ -22,7 +30,6 @@ class FromBinder {
         source.node);
   }
 
- private:
   std::string bindNamed(const NamedTable& named, Position position) {
     Source source;
     source.alias = named.alias.value_or(named.name.name);
@@ -30,6 +37,7 @@ class FromBinder {
     const std::string relation = relationSql(named.name, source);
     std::string sql = relation + " AS " + source.engine;
     addSource(scope_, std::move(source), position);
+    result_.relations.push_back(sql);
     return sql;
   }
 
@@ -61,18 +69,32 @@ class FromBinder {
 
   std::string bindDerived(const DerivedTable& derived, Position position) {
     // A derived table does not see its neighbours, only what is around the whole query.
+    const auto usesBefore = context_.tableUses;
     const BoundQuery query = bindQuery(context_, scope_.outer, *derived.query);
+    noteSettledUses(query, usesBefore);
     Source source;
     source.alias = derived.alias;
     source.engine = scope_.engineAlias(source.alias);
     source.columns = derivedColumns(query, derived, position);
-    std::string sql = "(" + derivedText(query) + ") AS " + source.engine + columnList(source);
+    std::string sql =
+        "(" + derivedText(context_, query) + ") AS " + source.engine + columnList(source);
     if (const auto* select = std::get_if<BoundSelect>(&query.body.node);
         select != nullptr && select->uniqueKey && derived.columns.empty()) {
       source.uniqueKey = *select->uniqueKey;
     }
     addSource(scope_, std::move(source), position);
+    result_.relations.push_back(sql);
     return sql;
+  }
+
+  /// A grouped query has read its tables to the end before its first row comes.
+  void noteSettledUses(const BoundQuery& query, const std::map<const TableInfo*, int>& before) {
+    const auto* select = std::get_if<BoundSelect>(&query.body.node);
+    if (select == nullptr || !select->grouped) return;
+    for (const auto& [table, uses] : context_.tableUses) {
+      const auto earlier = before.find(table);
+      context_.settledUses[table] += uses - (earlier == before.end() ? 0 : earlier->second);
+    }
   }
 
   static std::vector<SourceColumn> derivedColumns(const BoundQuery& query,
@@ -122,8 +144,11 @@ class FromBinder {
     if (join.kind == JoinKind::Left || join.kind == JoinKind::Full) {
       makeNullable(second, scope_.sources.size());
     }
+    const bool inner = join.kind == JoinKind::Inner || join.kind == JoinKind::Cross;
+    result_.inner = result_.inner && inner;
     if (join.on) {
-      sql += " ON " + ExpressionBinder(context_, scope_).bindCondition(*join.on).sql;
+      result_.conditions.push_back(ExpressionBinder(context_, scope_).bindCondition(*join.on));
+      sql += " ON " + result_.conditions.back().sql;
     }
     return sql;
   }
@@ -157,18 +182,13 @@ class FromBinder {
 
   Context& context_;
   QueryScope& scope_;
+  BoundFrom result_;
 };
 
 }  // namespace
 
-std::string bindFrom(Context& context, QueryScope& scope, const std::vector<TableSourcePtr>& from) {
-  FromBinder binder(context, scope);
-  std::string sql;
-  for (const TableSourcePtr& source : from) {
-    if (!sql.empty()) sql += ", ";
-    sql += binder.bind(*source);
-  }
-  return sql;
+BoundFrom bindFrom(Context& context, QueryScope& scope, const std::vector<TableSourcePtr>& from) {
+  return FromBinder(context, scope).bindAll(from);
 }
 
 const TableInfo* findTable(Context& context, const QualifiedName& name) {

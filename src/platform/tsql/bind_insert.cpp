@@ -91,8 +91,8 @@ class InsertBinder {
     return join(cells, ", ");
   }
 
-  std::string stored(const Bound& value, const ColumnInfo& column, Position position) const {
-    return exactSql(assignTo(value, column.type, columnLabel(column), position));
+  std::string stored(const Bound& value, const ColumnInfo& column, Position position) {
+    return exactSql(assignTo(context_, value, column.type, columnLabel(column), position));
   }
 
   std::string columnLabel(const ColumnInfo& column) const {
@@ -113,7 +113,7 @@ class InsertBinder {
     return "VALUES " + join(lines, ", ");
   }
 
-  std::string cell(ExpressionBinder& binder, const Expression& value, std::size_t index) const {
+  std::string cell(ExpressionBinder& binder, const Expression& value, std::size_t index) {
     const ColumnInfo& column = *targets_[index];
     if (std::holds_alternative<DefaultLiteral>(value.node)) return defaultSql(column);
     return stored(binder.bind(value), column, value.position);
@@ -146,8 +146,8 @@ class InsertBinder {
     const auto value = [&](std::size_t i) {
       return stored(computed("q." + places[i], columns[i].type), *targets_[i], query.body.position);
     };
-    return "SELECT " + row(value, identityNumber()) + " FROM (" + orderedQueryText(bound) +
-           ") AS q(" + join(places, ", ") + ")";
+    return "SELECT " + row(value, identityNumber()) + " FROM (" +
+           orderedQueryText(context_, bound) + ") AS q(" + join(places, ", ") + ")";
   }
 
   Context& context_;

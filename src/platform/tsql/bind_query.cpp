@@ -93,7 +93,7 @@ std::string bindCommonTables(Context& context, QueryScope& scope, const Query& q
       names.push_back(quoteName(name));
     }
     sql += (sql.empty() ? "WITH " : ", ") + info.engine + "(" + join(names, ", ") + ") AS (" +
-           derivedText(bound) + ")";
+           derivedText(context, bound) + ")";
     scope.commonTables[table.name] = std::move(info);
   }
   return sql.empty() ? sql : sql + " ";

@@ -79,19 +79,28 @@ std::vector<OutputColumn>& columnsOf(BoundQuery& query);
 const std::vector<OutputColumn>& columnsOf(const BoundQuery& query);
 
 /// The query as DuckDB SQL, column n of type types[n]; in any order unless TOP needs one.
-std::string queryText(const BoundQuery& query, const std::vector<SqlType>& types);
+std::string queryText(Context& context, const BoundQuery& query, const std::vector<SqlType>& types);
 /// The same with the columns' own types, rows in the order of ORDER BY or else the
 /// natural one.
-std::string orderedQueryText(const BoundQuery& query);
+std::string orderedQueryText(Context& context, const BoundQuery& query);
 /// With the columns' own types, in any order: what a derived table is.
-std::string derivedText(const BoundQuery& query);
+std::string derivedText(Context& context, const BoundQuery& query);
 /// The single column of texts by their comparison keys, for IN.
-std::string keyQueryText(const BoundQuery& query);
+std::string keyQueryText(Context& context, const BoundQuery& query);
 /// A query that has a row exactly when this one has.
-std::string existenceText(const BoundQuery& query);
+std::string existenceText(Context& context, const BoundQuery& query);
 
-/// FROM: adds the sources to the scope and gives their SQL (without the word FROM).
-std::string bindFrom(Context& context, QueryScope& scope, const std::vector<TableSourcePtr>& from);
+/// A bound FROM clause (without the word FROM).
+struct BoundFrom {
+  std::string sql;
+  /// Its sources one by one and all conditions of its joins.
+  std::vector<std::string> relations;
+  std::vector<BoundCondition> conditions;
+  bool inner = true;  ///< no outer joins: the sources and conditions alone say the same
+};
+
+/// FROM: adds the sources to the scope.
+BoundFrom bindFrom(Context& context, QueryScope& scope, const std::vector<TableSourcePtr>& from);
 
 /// The stored table a name means; nullptr when there is none. Raises for names in other
 /// databases.

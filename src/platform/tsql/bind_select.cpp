@@ -70,7 +70,7 @@ class SelectBinder {
 
   void bindSources() {
     if (!select_.from.empty()) {
-      result_.body = " FROM " + bindFrom(binder_.context(), scope_, select_.from);
+      result_.body = " FROM " + bindFrom(binder_.context(), scope_, select_.from).sql;
     }
     if (select_.where) result_.body += " WHERE " + binder_.bindCondition(*select_.where).sql;
   }

@@ -25,10 +25,10 @@ class UpdateBinder {
     scope_.aggregatesAllowed = false;
     target_ = bindTarget(context_, scope_, statement_.target, statement_.from);
     for (const Assignment& assignment : statement_.assignments) bindAssignment(assignment);
-    if (statement_.where) {
-      where_ = " WHERE " + binder_.bindCondition(*statement_.where).sql;
-    }
-    return {scope_.sources.size() == 1 && !readsTargetAgain() ? directSql() : joinedSql(), "", ""};
+    if (statement_.where) where_ = binder_.bindCondition(*statement_.where);
+    once_ = meetsOnce(scope_, *target_.source, statement_.from, statement_.where);
+    const bool direct = once_ && target_.from.inner && !readsTargetAgain();
+    return {direct ? directSql() : joinedSql(), "", ""};
   }
 
  private:
@@ -40,8 +40,8 @@ class UpdateBinder {
     const std::string label = target_.table->name + "." + column.name;
     values_.push_back(
         {&column, isDefault ? defaultSql(column)
-                            : exactSql(assignTo(binder_.bind(*assignment.value), column.type, label,
-                                                assignment.value->position))});
+                            : exactSql(assignTo(context_, binder_.bind(*assignment.value),
+                                                column.type, label, assignment.value->position))});
   }
 
   void checkTarget(const QualifiedName& name, const ColumnInfo& column) const {
@@ -61,14 +61,31 @@ class UpdateBinder {
     }
   }
 
-  bool readsTargetAgain() const { return context_.tableUses.at(target_.table) > 1; }
+  /// Whether the engine would still read the target while it changes it.
+  bool readsTargetAgain() const {
+    const auto settled = context_.settledUses.find(target_.table);
+    const int over = settled == context_.settledUses.end() ? 0 : settled->second;
+    return context_.tableUses.at(target_.table) - over > 1;
+  }
 
+  std::string whereSql() const { return where_ ? " WHERE " + where_->sql : std::string(); }
+
+  /// UPDATE ... FROM as the engine has it: the target stands before the other sources.
   std::string directSql() const {
     std::vector<std::string> sets;
     for (const NewValue& value : values_) {
       sets.push_back(quoteName(value.column->name) + " = " + value.sql);
     }
-    return "UPDATE " + target_.from + " SET " + join(sets, ", ") + where_;
+    const auto place = static_cast<std::size_t>(target_.source - scope_.sources.data());
+    std::vector<std::string> others = target_.from.relations;
+    const std::string own = others[place];
+    others.erase(others.begin() + static_cast<std::ptrdiff_t>(place));
+    std::vector<BoundCondition> conditions = target_.from.conditions;
+    if (where_) conditions.push_back(*where_);
+    return "UPDATE " + own + " SET " + join(sets, ", ") +
+           (others.empty() ? "" : " FROM " + join(others, ", ")) +
+           (conditions.empty() ? ""
+                               : " WHERE " + combine(LogicalOperator::And, conditions, false).sql);
   }
 
   /// The new values are found by row number first. Where a row may meet several rows of
@@ -82,13 +99,12 @@ class UpdateBinder {
       rows += ", " + values_[i].sql + " AS " + place;
       sets.push_back(quoteName(values_[i].column->name) + " = s." + place);
     }
-    rows += " FROM " + target_.from + where_;
-    const bool once = meetsOnce(scope_, *target_.source, statement_.from, statement_.where);
-    std::string select = once ? "SELECT " + rows
-                              : "SELECT DISTINCT ON (" + rowId + ") " + rows + " ORDER BY " +
-                                    rowId + firstMatch(rowId);
+    rows += " FROM " + target_.from.sql + whereSql();
+    const std::string select = once_ ? "SELECT " + rows
+                                     : "SELECT DISTINCT ON (" + rowId + ") " + rows + " ORDER BY " +
+                                           rowId + firstMatch(rowId);
     // Without a sort the engine would read and change the table in one go.
-    const bool settle = once && readsTargetAgain();
+    const bool settle = once_ && readsTargetAgain();
     const std::string update =
         "UPDATE " + target_.table->engineName + " AS u SET " + join(sets, ", ") + " FROM ";
     if (settle) {
@@ -111,7 +127,8 @@ class UpdateBinder {
   ExpressionBinder binder_;
   ChangeTarget target_;
   std::vector<NewValue> values_;
-  std::string where_;
+  std::optional<BoundCondition> where_;
+  bool once_ = false;
 };
 
 }  // namespace
@@ -131,7 +148,7 @@ Change bindDelete(Context& context, const DeleteStatement& statement) {
     return {"DELETE FROM " + target.table->engineName, "", ""};
   }
   return {"DELETE FROM " + target.table->engineName + " WHERE rowid IN (SELECT " +
-              target.source->engine + ".rowid FROM " + target.from + where + ")",
+              target.source->engine + ".rowid FROM " + target.from.sql + where + ")",
           "", ""};
 }
 

@@ -28,7 +28,7 @@ Bound toText(const Bound& value, const SqlType& type, Position position, std::op
   return cutTo(text, type);
 }
 
-Bound convert(const Bound& value, const SqlType& type, Position position,
+Bound convert(Context& context, const Bound& value, const SqlType& type, Position position,
               std::optional<int> style) {
   if (value.isNull() || value.type.kind == SqlKind::untypedNull) {
     return value.constant ? constantOf(Null{}, type) : computed(castSql(value.sql, type), type);
@@ -42,30 +42,31 @@ Bound convert(const Bound& value, const SqlType& type, Position position,
     refuseConversion(value, type, position);
   }
   if (value.type.isDate()) refuseConversion(value, type, position);
-  return value.type.isText() ? textToNumber(value, type) : numberToNumber(value, type);
+  return value.type.isText() ? textToNumber(value, type) : numberToNumber(context, value, type);
 }
 
 }  // namespace
 
-Bound convertTo(const Bound& value, const SqlType& type, Position position) {
+Bound convertTo(Context& context, const Bound& value, const SqlType& type, Position position) {
   // A text that meets a text is not cut: the common type is wide enough for both.
   if (value.type.isText() && type.isText()) return retyped(value, type);
-  return convert(value, type, position, std::nullopt);
+  return convert(context, value, type, position, std::nullopt);
 }
 
-Bound castTo(const Bound& value, const SqlType& type, Position position, std::optional<int> style) {
-  return convert(value, type, position, style);
+Bound castTo(Context& context, const Bound& value, const SqlType& type, Position position,
+             std::optional<int> style) {
+  return convert(context, value, type, position, style);
 }
 
-Bound assignTo(const Bound& value, const SqlType& type, std::string_view column,
+Bound assignTo(Context& context, const Bound& value, const SqlType& type, std::string_view column,
                Position position) {
   if (type.isText() && !value.isNull() && value.type.kind != SqlKind::untypedNull) {
     const SqlType unlimited = SqlType::nvarchar(SqlType::kMaxLength);
     const Bound text =
-        value.type.isText() ? value : convert(value, unlimited, position, std::nullopt);
+        value.type.isText() ? value : convert(context, value, unlimited, position, std::nullopt);
     return fittedTo(text, type, column);
   }
-  return convert(value, type, position, std::nullopt);
+  return convert(context, value, type, position, std::nullopt);
 }
 
 std::string raiseSql(std::string_view error, const SqlType& type) {

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/tsql/bound.h"
+#include "platform/tsql/context.h"
 #include "platform/tsql/position.h"
 
 namespace velmora::tsql {
@@ -12,15 +13,16 @@ namespace velmora::tsql {
 /// `value` as a value of `type`, as where types meet (comparison, CASE, UNION). Texts
 /// that are no number or date raise when a row reaches them. Refuses conversions that
 /// T-SQL does not make by itself, naming both types.
-Bound convertTo(const Bound& value, const SqlType& type, Position position);
+Bound convertTo(Context& context, const Bound& value, const SqlType& type, Position position);
 
 /// cast and convert: texts are cut to the length; `style` is that of dates as text.
-Bound castTo(const Bound& value, const SqlType& type, Position position,
+Bound castTo(Context& context, const Bound& value, const SqlType& type, Position position,
              std::optional<int> style = std::nullopt);
 
 /// A value for a column: too long a text and too large a number are errors that name
 /// the column.
-Bound assignTo(const Bound& value, const SqlType& type, std::string_view column, Position position);
+Bound assignTo(Context& context, const Bound& value, const SqlType& type, std::string_view column,
+               Position position);
 
 /// The date and time of a text in one of the forms that compare with dates; '' is
 /// 1900-01-01.

@@ -46,6 +46,60 @@ bool isDigits(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
+/// "2009/3/5 10:20" with two digits for month and day, as the reader of dates wants it.
+std::string paddedDay(std::string_view text) {
+  std::string result;
+  const std::size_t dayEnd = std::min(text.find_first_of(" T"), text.size());
+  for (std::size_t at = 0; at < dayEnd;) {
+    const std::size_t end = std::min(text.find_first_of("-/", at), dayEnd);
+    if (end - at == 1) result += '0';
+    result += text.substr(at, end - at);
+    if (end < dayEnd) result += text[end];
+    at = end + 1;
+  }
+  return result.append(text.substr(dayEnd));
+}
+
+std::string twoDigits(int value) {
+  return (value < 10 ? "0" : "") + std::to_string(value);
+}
+
+/// What strftime makes of a constant.
+std::string formatted(const Date& date, std::string_view format) {
+  const Date::Parts parts = date.parts();
+  std::string text;
+  for (std::size_t at = 0; at < format.size(); ++at) {
+    if (format[at] != '%') {
+      text += format[at];
+      continue;
+    }
+    switch (format[++at]) {
+      case 'Y':
+        text += std::to_string(parts.year);
+        break;
+      case 'm':
+        text += twoDigits(parts.month);
+        break;
+      case 'd':
+        text += twoDigits(parts.day);
+        break;
+      case 'H':
+        text += twoDigits(parts.hour);
+        break;
+      case 'M':
+        text += twoDigits(parts.minute);
+        break;
+      case 'S':
+        text += twoDigits(parts.second);
+        break;
+      default:
+        text += std::to_string(1000 + parts.microsecond / 1000).substr(1);
+        break;
+    }
+  }
+  return text;
+}
+
 }  // namespace
 
 std::optional<Date> dateOf(std::string_view text) {
@@ -53,7 +107,7 @@ std::optional<Date> dateOf(std::string_view text) {
   while (text.ends_with(' ')) text.remove_suffix(1);
   if (text.empty()) return Date::ymd(1900, 1, 1);
   if (text.size() == 4 && isDigits(text)) return std::nullopt;
-  return Date::tryParse(text);
+  return Date::tryParse(paddedDay(text));
 }
 
 Bound textToDate(const Bound& value, const SqlType& type) {
@@ -84,8 +138,13 @@ Bound dateText(const Bound& value, int style, Position position) {
   }
   const auto* found = std::ranges::find(kStyles, style, &Style::number);
   if (found == kStyles.end()) refuse(position, "date style " + std::to_string(style));
-  return computed("strftime(" + value.sql + ", " + quoteText(found->format) + ")",
-                  SqlType::varchar(23), value.canFail);
+  const SqlType type = SqlType::varchar(23);
+  if (value.constant && value.constant->toDate() >= Date::ymd(1000, 1, 1)) {
+    const std::string text = formatted(value.constant->toDate(), found->format);
+    return constantOf(text, SqlType::varchar(static_cast<std::int64_t>(text.size())));
+  }
+  return computed("strftime(" + value.sql + ", " + quoteText(found->format) + ")", type,
+                  value.canFail);
 }
 
 }  // namespace velmora::tsql

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/tsql/bound.h"
+#include "platform/tsql/context.h"
 
 namespace velmora::tsql {
 
@@ -10,7 +11,10 @@ Bound textToNumber(const Bound& value, const SqlType& type);
 
 /// Between numbers: to an integer the fraction is cut, to a decimal it is rounded half
 /// away from zero, to a bit anything but 0 is 1. Too large a value is error 8115.
-Bound numberToNumber(const Bound& value, const SqlType& type);
+Bound numberToNumber(Context& context, const Bound& value, const SqlType& type);
+
+/// A decimal rounded half away from zero to fewer decimals: `scale` of them.
+std::string roundedSql(Context& context, const Bound& value, int scale);
 
 /// The text of a number: decimals with all digits of their scale, money with two.
 Bound numberText(const Bound& value);

@@ -29,7 +29,8 @@ void checkCount(const FunctionRule& rule, const FunctionCall& call, Position pos
 }
 
 Bound converted(const Call& call, std::size_t index, const SqlType& type) {
-  return castTo(call.argument(index), type, call.expression(index).position);
+  return castTo(call.binder().context(), call.argument(index), type,
+                call.expression(index).position);
 }
 
 }  // namespace
@@ -37,7 +38,8 @@ Bound converted(const Call& call, std::size_t index, const SqlType& type) {
 Bound Call::text(std::size_t index) const {
   Bound value = argument(index);
   if (value.type.isText()) return value;
-  return castTo(value, SqlType::varchar(SqlType::kMaxLength), expression(index).position);
+  return castTo(binder_.context(), value, SqlType::varchar(SqlType::kMaxLength),
+                expression(index).position);
 }
 
 Bound Call::integer(std::size_t index) const {
@@ -46,7 +48,7 @@ Bound Call::integer(std::size_t index) const {
 Bound Call::dateTime(std::size_t index) const {
   Bound value = argument(index);
   if (value.type.isDate()) return value;
-  return castTo(value, SqlType::dateTime(), expression(index).position);
+  return castTo(binder_.context(), value, SqlType::dateTime(), expression(index).position);
 }
 Bound Call::floating(std::size_t index) const {
   return converted(*this, index, SqlType::floating());

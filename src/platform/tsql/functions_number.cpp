@@ -1,6 +1,7 @@
 #include <array>
 
 #include "platform/tsql/conversion.h"
+#include "platform/tsql/conversion_number.h"
 #include "platform/tsql/errors.h"
 #include "platform/tsql/functions.h"
 #include "platform/tsql/sql_text.h"
@@ -61,8 +62,14 @@ Bound round(const Call& call) {
   const int places = call.constantInteger(1);
   const bool cut = call.count() == 3 && call.constantInteger(2) != 0;
   if (places >= value.type.scale && value.type.isExact()) return value;
-  const std::string sql = cut ? truncatedSql(value, places)
-                              : "round(" + exactSql(value) + ", " + std::to_string(places) + ")";
+  std::string sql;
+  if (cut) {
+    sql = truncatedSql(value, places);
+  } else if (value.type.isDecimal() && places >= 0) {
+    sql = roundedSql(call.binder().context(), value, places);
+  } else {
+    sql = "round(" + exactSql(value) + ", " + std::to_string(places) + ")";
+  }
   return computed(castSql(sql, value.type), value.type, value.canFail || places <= 0);
 }
 
@@ -74,10 +81,13 @@ Bound squareRoot(const Call& call) {
 Bound power(const Call& call) {
   const Bound base = number(call, 0);
   const Bound exponent = call.floating(1);
-  const Bound asFloat = convertTo(base, SqlType::floating(), call.position());
+  const Bound asFloat =
+      convertTo(call.binder().context(), base, SqlType::floating(), call.position());
   const Bound result =
       computed("power(" + asFloat.sql + ", " + exponent.sql + ")", SqlType::floating(), true);
-  return base.type.isApproximate() ? result : convertTo(result, base.type, call.position());
+  return base.type.isApproximate()
+             ? result
+             : convertTo(call.binder().context(), result, base.type, call.position());
 }
 
 /// Whether a text reads as a number.

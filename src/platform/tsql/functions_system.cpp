@@ -15,7 +15,8 @@ Bound isNull(const Call& call) {
   const Bound value = call.argument(0);
   const Bound other = call.argument(1);
   if (value.type.kind == SqlKind::untypedNull) return other;
-  const Bound converted = castTo(other, value.type, call.expression(1).position);
+  const Bound converted =
+      castTo(call.binder().context(), other, value.type, call.expression(1).position);
   if (value.isNull()) return converted;
   Bound result = computed("coalesce(" + exactSql(value) + ", " + exactSql(converted) + ")",
                           value.type, value.canFail || converted.canFail);
@@ -26,13 +27,14 @@ Bound isNull(const Call& call) {
 Bound coalesce(const Call& call) {
   std::vector<Bound> values;
   for (std::size_t i = 0; i < call.count(); ++i) values.push_back(call.argument(i));
-  return bindCoalesce(std::move(values), call.position());
+  return bindCoalesce(call.binder().context(), std::move(values), call.position());
 }
 
 Bound nullIf(const Call& call) {
   const Bound value = call.argument(0);
   const Bound other = call.argument(1);
-  const BoundCondition same = compare(ComparisonOperator::Equal, value, other, call.position());
+  const BoundCondition same =
+      compare(call.binder().context(), ComparisonOperator::Equal, value, other, call.position());
   if (value.type.kind == SqlKind::untypedNull) {
     raiseAt(call.position(), 4151, "The first argument to NULLIF cannot be the NULL constant.");
   }

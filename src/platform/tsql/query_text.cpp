@@ -36,12 +36,12 @@ std::string limitClause(const std::optional<std::int64_t>& top) {
   return top ? " LIMIT " + std::to_string(*top) : std::string();
 }
 
-std::string selectList(const BoundSelect& select, const Types& types) {
+std::string selectList(Context& context, const BoundSelect& select, const Types& types) {
   std::string list;
   for (std::size_t i = 0; i < select.outputs.size(); ++i) {
     const OutputValue& output = select.outputs[i];
     if (i > 0) list += ", ";
-    list += exactSql(convertTo(output.value, types[i], output.position));
+    list += exactSql(convertTo(context, output.value, types[i], output.position));
     if (!output.name.empty()) list += " AS " + quoteName(output.name);
   }
   return list;
@@ -107,9 +107,9 @@ std::string reordered(const std::string& rows, const std::vector<OutputColumn>& 
          orderClause(terms) + limitClause(top);
 }
 
-std::string selectText(const BoundBody& body, const BoundSelect& select, const Types& types,
-                       RowOrder order) {
-  const std::string rows = "SELECT " + selectList(select, types) + select.body;
+std::string selectText(Context& context, const BoundBody& body, const BoundSelect& select,
+                       const Types& types, RowOrder order) {
+  const std::string rows = "SELECT " + selectList(context, select, types) + select.body;
   const bool sorted = order == RowOrder::wanted || select.top;
   if (select.distinct) {
     const std::string distinct = withoutDuplicates(rows, body.columns, types);
@@ -119,15 +119,16 @@ std::string selectText(const BoundBody& body, const BoundSelect& select, const T
   return rows + (sorted ? orderClause(plainOrder(select)) : "") + limitClause(select.top);
 }
 
-std::string bodyText(const BoundBody& body, const Types& types,
+std::string bodyText(Context& context, const BoundBody& body, const Types& types,
                      const std::vector<OrderTerm>& orderBy, RowOrder order);
 
-std::string branchText(const BoundBody& branch, const Types& types, RowOrder order) {
-  return "(" + bodyText(branch, types, {}, order) + ")";
+std::string branchText(Context& context, const BoundBody& branch, const Types& types,
+                       RowOrder order) {
+  return "(" + bodyText(context, branch, types, {}, order) + ")";
 }
 
-std::string unionText(const BoundBody& body, const BoundUnion& united, const Types& types,
-                      const std::vector<OrderTerm>& orderBy, RowOrder order) {
+std::string unionText(Context& context, const BoundBody& body, const BoundUnion& united,
+                      const Types& types, const std::vector<OrderTerm>& orderBy, RowOrder order) {
   // An order of the whole makes one of the branches pointless; so does a sorted union.
   const bool allDistinct = united.distinctBranches == united.branches.size();
   const bool sorted = order == RowOrder::wanted && (allDistinct || !orderBy.empty());
@@ -135,7 +136,8 @@ std::string unionText(const BoundBody& body, const BoundUnion& united, const Typ
   for (std::size_t i = 0; i < united.branches.size(); ++i) {
     if (i > 0) rows += " UNION ALL ";
     const bool merged = i < united.distinctBranches;
-    rows += branchText(united.branches[i], types, sorted || merged ? RowOrder::any : order);
+    rows +=
+        branchText(context, united.branches[i], types, sorted || merged ? RowOrder::any : order);
     if (i + 1 == united.distinctBranches) {
       std::string distinct = withoutDuplicates(rows, body.columns, types);
       if (order == RowOrder::wanted && !sorted) {
@@ -148,14 +150,17 @@ std::string unionText(const BoundBody& body, const BoundUnion& united, const Typ
   return reordered(rows, body.columns, placeOrder(orderBy, types), {});
 }
 
-std::string bodyText(const BoundBody& body, const Types& types,
+std::string bodyText(Context& context, const BoundBody& body, const Types& types,
                      const std::vector<OrderTerm>& orderBy, RowOrder order) {
-  return std::visit(
-      Overloaded{
-          [&](const BoundSelect& select) { return selectText(body, select, types, order); },
-          [&](const BoundUnion& united) { return unionText(body, united, types, orderBy, order); },
-      },
-      body.node);
+  return std::visit(Overloaded{
+                        [&](const BoundSelect& select) {
+                          return selectText(context, body, select, types, order);
+                        },
+                        [&](const BoundUnion& united) {
+                          return unionText(context, body, united, types, orderBy, order);
+                        },
+                    },
+                    body.node);
 }
 
 Types ownTypes(const BoundQuery& query) {
@@ -171,26 +176,28 @@ bool mustRun(const BoundSelect& select) {
 
 }  // namespace
 
-std::string queryText(const BoundQuery& query, const std::vector<SqlType>& types) {
-  return query.with + bodyText(query.body, types, query.orderBy, RowOrder::any);
+std::string queryText(Context& context, const BoundQuery& query,
+                      const std::vector<SqlType>& types) {
+  return query.with + bodyText(context, query.body, types, query.orderBy, RowOrder::any);
 }
 
-std::string orderedQueryText(const BoundQuery& query) {
-  return query.with + bodyText(query.body, ownTypes(query), query.orderBy, RowOrder::wanted);
+std::string orderedQueryText(Context& context, const BoundQuery& query) {
+  return query.with +
+         bodyText(context, query.body, ownTypes(query), query.orderBy, RowOrder::wanted);
 }
 
-std::string derivedText(const BoundQuery& query) {
-  return queryText(query, ownTypes(query));
+std::string derivedText(Context& context, const BoundQuery& query) {
+  return queryText(context, query, ownTypes(query));
 }
 
-std::string keyQueryText(const BoundQuery& query) {
+std::string keyQueryText(Context& context, const BoundQuery& query) {
   const Bound key = computed("q." + placeName(0), onlyColumn(query, {}).type);
-  return "SELECT " + keySql(key) + " FROM " + placed(derivedText(query), 1);
+  return "SELECT " + keySql(key) + " FROM " + placed(derivedText(context, query), 1);
 }
 
-std::string existenceText(const BoundQuery& query) {
+std::string existenceText(Context& context, const BoundQuery& query) {
   const auto* select = std::get_if<BoundSelect>(&query.body.node);
-  if (select == nullptr || mustRun(*select)) return derivedText(query);
+  if (select == nullptr || mustRun(*select)) return derivedText(context, query);
   return query.with + "SELECT 1" + select->body;
 }
 

@@ -77,6 +77,18 @@ std::string regexPattern(std::string_view pattern, char escape) {
   return regex;
 }
 
+/// Whether ASCII letters are the only ones with a small form: the rest are the ideographs
+/// from U+4000 to U+9FFF, which have three bytes, the first from E4 to E9.
+bool foldsWithoutEngine(std::string_view text) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    if (byte < 0x80) continue;
+    if (byte < 0xE4 || byte > 0xE9) return false;
+    at += 2;
+  }
+  return true;
+}
+
 std::string lowerSql(const Bound& text) {
   return "lower(" + text.sql + ")";
 }
@@ -85,8 +97,7 @@ std::string lowerSql(const Bound& text) {
 
 std::optional<std::string> foldedText(std::string_view text) {
   while (text.ends_with(' ')) text.remove_suffix(1);
-  const bool ascii = std::ranges::all_of(text, [](char c) { return (c & 0x80) == 0; });
-  if (!ascii) return std::nullopt;
+  if (!foldsWithoutEngine(text)) return std::nullopt;
   return lowered(text);
 }
 

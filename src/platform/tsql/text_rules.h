@@ -13,7 +13,7 @@ namespace velmora::tsql {
 std::string keySql(const Bound& value);
 
 /// The text with trailing blanks cut and letters made small, where that is known without
-/// the engine (nothing but ASCII).
+/// the engine (ASCII and ideographs).
 std::optional<std::string> foldedText(std::string_view text);
 
 /// `value LIKE pattern`: letter case ignored, trailing blanks not; % _ and [..] stand

@@ -19,14 +19,14 @@ const Select& firstSelect(const QueryBody& body) {
   return firstSelect(*std::get<UnionQuery>(body.node).first);
 }
 
-Rows rowsOf(const BoundQuery& query) {
+Rows rowsOf(Context& context, const BoundQuery& query) {
   Rows rows;
   for (const OutputColumn& column : columnsOf(query)) {
     SqlType type = column.type;
     if (type.kind == SqlKind::untypedNull) type = SqlType::integer();
     rows.columns.push_back({column.name, type, column.nullable});
   }
-  rows.sql = orderedQueryText(query);
+  rows.sql = orderedQueryText(context, query);
   return rows;
 }
 
@@ -48,10 +48,10 @@ Assign assignOf(Context& context, const BoundQuery& query, const BoundSelect& se
     const Variable& variable = requireVariable(context, assign.variables[i], position);
     places.push_back(quoteName("c" + std::to_string(i + 1)));
     const Bound value = computed("q." + places.back(), columnsOf(query)[i].type);
-    values.push_back(exactSql(castTo(value, variable.type, position)));
+    values.push_back(exactSql(castTo(context, value, variable.type, position)));
   }
-  assign.sql = "SELECT " + join(values, ", ") + " FROM (" + orderedQueryText(query) + ") AS q(" +
-               join(places, ", ") + ")";
+  assign.sql = "SELECT " + join(values, ", ") + " FROM (" + orderedQueryText(context, query) +
+               ") AS q(" + join(places, ", ") + ")";
   return assign;
 }
 
@@ -62,7 +62,7 @@ Action translateSelect(Context& context, const SelectStatement& statement) {
   const BoundQuery bound = bindQuery(context, nullptr, query);
   const auto* only = std::get_if<BoundSelect>(&bound.body.node);
   if (only != nullptr && !only->variables.empty()) return assignOf(context, bound, *only);
-  return rowsOf(bound);
+  return rowsOf(context, bound);
 }
 
 Action translateNode(Context& context, const Statement& statement) {
@@ -106,13 +106,13 @@ bool IgnoreCase::operator()(std::string_view a, std::string_view b) const noexce
 }
 
 Translation translate(const Statement& statement, const Scope& scope) {
-  Context context{scope, {}, {}};
+  Context context{scope};
   Action action = translateNode(context, statement);
   return {std::move(action), std::move(context.functions)};
 }
 
 Translation translateCondition(const Expression& condition, const Scope& scope) {
-  Context context{scope, {}, {}};
+  Context context{scope};
   QueryScope names;
   names.aggregatesAllowed = false;
   const BoundCondition bound = ExpressionBinder(context, names).bindCondition(condition);
@@ -120,11 +120,11 @@ Translation translateCondition(const Expression& condition, const Scope& scope) 
 }
 
 Translation translateValue(const Expression& value, const SqlType& type, const Scope& scope) {
-  Context context{scope, {}, {}};
+  Context context{scope};
   QueryScope names;
   names.aggregatesAllowed = false;
   const Bound bound = ExpressionBinder(context, names).bind(value);
-  return cell(context, exactSql(castTo(bound, type, value.position)), type);
+  return cell(context, exactSql(castTo(context, bound, type, value.position)), type);
 }
 
 }  // namespace velmora::tsql
