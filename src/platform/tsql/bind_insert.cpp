@@ -81,7 +81,7 @@ class InsertBinder {
     for (const ColumnInfo& column : table_.columns) {
       const auto target = std::ranges::find(targets_, &column);
       if (column.identity) {
-        cells.push_back(castSql(number, column.type));
+        cells.push_back(number);
       } else if (target == targets_.end()) {
         cells.push_back(defaultSql(column));
       } else {
@@ -122,8 +122,9 @@ class InsertBinder {
   std::string identityValue(std::size_t rowIndex) const {
     const ColumnInfo* column = identity();
     if (column == nullptr) return "";
-    return std::to_string(context_.scope.catalog.nextIdentity(table_) +
-                          static_cast<std::int64_t>(rowIndex) * column->identity->increment);
+    const std::int64_t number = context_.scope.catalog.nextIdentity(table_) +
+                                static_cast<std::int64_t>(rowIndex) * column->identity->increment;
+    return literalSql(number, column->type);
   }
 
   /// Rows are numbered in the order the query gives them, whatever the engine's threads do.
@@ -131,8 +132,9 @@ class InsertBinder {
     const ColumnInfo* column = identity();
     if (column == nullptr) return "";
     const std::int64_t increment = column->identity->increment;
-    return std::to_string(context_.scope.catalog.nextIdentity(table_) - increment) +
-           " + row_number() OVER () * " + std::to_string(increment);
+    return castSql(std::to_string(context_.scope.catalog.nextIdentity(table_) - increment) +
+                       " + row_number() OVER () * " + std::to_string(increment),
+                   column->type);
   }
 
   std::string querySql(const Query& query) {

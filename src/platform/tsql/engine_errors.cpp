@@ -14,9 +14,6 @@ struct KnownError {
 
 constexpr auto kKnown = std::to_array<KnownError>({
     {"More than one row returned by a subquery", "512: Subquery returned more than 1 value."},
-    {"NOT NULL constraint failed", "515: Cannot insert the value NULL."},
-    {"violates primary key constraint", "2627: Violation of PRIMARY KEY constraint."},
-    {"violates unique constraint", "2601: Cannot insert duplicate key row."},
     {"Out of Range Error", "8115: Arithmetic overflow error."},
     {"out of range", "8115: Arithmetic overflow error."},
     {"Could not cast value", "8115: Arithmetic overflow error."},

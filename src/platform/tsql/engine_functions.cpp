@@ -73,6 +73,10 @@ CREATE OR REPLACE TEMP MACRO velmora_like_pattern(pattern) AS
   CASE WHEN contains(pattern, '[') THEN
          error('Not supported: LIKE with a computed pattern that holds a bracket')
        ELSE lower(pattern) END;
+-- A week begins on Sunday, the engine's on Monday.
+CREATE OR REPLACE TEMP MACRO velmora_weeks(a, b) AS
+  date_diff('day', date_trunc('week', CAST(a AS TIMESTAMP) + to_days(1)),
+            date_trunc('week', CAST(b AS TIMESTAMP) + to_days(1))) // 7;
 CREATE OR REPLACE TEMP MACRO velmora_now() AS current_localtimestamp();
 )sql";
 }

@@ -86,19 +86,23 @@ Bound dateAdd(const Call& call) {
   return computed(castSql(sql, date.type), date.type, count.canFail || date.canFail);
 }
 
-/// How many borders of the part lie between the two; a week begins on Sunday.
+/// How many borders of the part lie between the two.
 Bound dateDiff(const Call& call) {
   const DatePart& part = partOf(call);
   const Bound from = call.dateTime(1);
   const Bound to = call.dateTime(2);
-  const std::string shift = part.engine == "week" ? " + to_days(1)" : "";
+  const bool canFail = from.canFail || to.canFail;
+  if (part.engine == "week") {
+    return computed("CAST(velmora_weeks(" + from.sql + ", " + to.sql + ") AS INTEGER)",
+                    SqlType::integer(), canFail);
+  }
   const std::string_view unit =
       part.engine == "dow" || part.engine == "dayofyear" ? "day" : part.engine;
   return computed(
       castSql("date_diff('" + std::string(unit) + "', " + castSql(from.sql, SqlType::dateTime()) +
-                  shift + ", " + castSql(to.sql, SqlType::dateTime()) + shift + ")",
+                  ", " + castSql(to.sql, SqlType::dateTime()) + ")",
               SqlType::integer()),
-      SqlType::integer(), true);
+      SqlType::integer(), canFail);
 }
 
 /// One value for the whole statement.
