@@ -44,7 +44,7 @@ Bound assemble(Context& context, const std::vector<BoundBranch>& branches, const
   return result;
 }
 
-Bound withElse(ExpressionBinder& binder, std::vector<BoundBranch> branches,
+Bound withElse(ExpressionBinder& binder, const std::vector<BoundBranch>& branches,
                const ExpressionPtr& otherwise, Position position) {
   if (!otherwise) return assemble(binder.context(), branches, nullptr, position);
   const Bound last = binder.bind(*otherwise);
@@ -63,7 +63,7 @@ Bound bindSimpleCase(ExpressionBinder& binder, const Expression& expression,
                                 branch.when->position),
                         binder.bind(*branch.then)});
   }
-  return withElse(binder, std::move(branches), node.otherwise, expression.position);
+  return withElse(binder, branches, node.otherwise, expression.position);
 }
 
 Bound bindSearchedCase(ExpressionBinder& binder, const Expression& expression,
@@ -73,7 +73,7 @@ Bound bindSearchedCase(ExpressionBinder& binder, const Expression& expression,
     BoundCondition when = binder.bindCondition(*branch.when);
     branches.push_back({std::move(when), binder.bind(*branch.then)});
   }
-  return withElse(binder, std::move(branches), node.otherwise, expression.position);
+  return withElse(binder, branches, node.otherwise, expression.position);
 }
 
 Bound bindCoalesce(Context& context, std::vector<Bound> values, Position position) {

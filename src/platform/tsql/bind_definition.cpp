@@ -180,15 +180,17 @@ std::vector<ColumnInfo> newColumns(const BoundQuery& query, const std::vector<st
 
 std::string quotedNames(const std::vector<ColumnInfo>& columns) {
   std::vector<std::string> names;
+  names.reserve(columns.size());
   for (const ColumnInfo& column : columns) names.push_back(quoteName(column.name));
   return join(names, ", ");
 }
 
 std::string typedNames(const std::vector<ColumnInfo>& columns) {
   std::vector<std::string> names;
+  names.reserve(columns.size());
   for (const ColumnInfo& column : columns) {
     const std::string name = quoteName(column.name);
-    names.push_back(castSql("q." + name, column.type) + " AS " + name);
+    names.push_back(castSql("q." + name, column.type).append(" AS ").append(name));
   }
   return join(names, ", ");
 }

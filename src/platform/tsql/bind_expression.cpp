@@ -39,15 +39,13 @@ class UngroupedView {
   bool before_;
 };
 
-constexpr std::size_t kColumnNode = ExpressionNode(ColumnReference{}).index();
-
 }  // namespace
 
 Bound ExpressionBinder::bind(const Expression& expression) {
   const std::size_t kind = expression.node.index();
   const bool perGroup = scope_.grouped && !scope_.insideAggregate;
-  if (perGroup && kind != kColumnNode && hasKeyOfKind(scope_, kind) &&
-      !containsAggregate(expression)) {
+  if (perGroup && !std::holds_alternative<ColumnReference>(expression.node) &&
+      hasKeyOfKind(scope_, kind) && !containsAggregate(expression)) {
     const UngroupedView rows(scope_);
     const Bound plain = bindNode(expression);
     if (const GroupKey* key = matchingKey(scope_, kind, plain.sql)) {
@@ -111,7 +109,7 @@ Bound ExpressionBinder::bindColumn(const Expression& expression, const ColumnRef
   Bound bound = computed(sql, match.column->type);
   bound.nullable = match.column->nullable;
   if (!match.scope->grouped || match.scope->insideAggregate) return bound;
-  const GroupKey* key = matchingKey(*match.scope, kColumnNode, sql);
+  const GroupKey* key = matchingKey(*match.scope, expression.node.index(), sql);
   if (key == nullptr) {
     raiseAt(expression.position, 8120,
             "Column '" + reference.column.name +

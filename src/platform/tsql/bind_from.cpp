@@ -122,8 +122,9 @@ class FromBinder {
     }
     for (const SourceColumn& column : columns) {
       if (sameName(column.name, name)) {
+        std::string text = "The column '" + name;
         raiseAt(position, 8156,
-                "The column '" + name + "' was specified multiple times for '" + alias + "'.");
+                text.append("' was specified multiple times for '").append(alias).append("'."));
       }
     }
   }

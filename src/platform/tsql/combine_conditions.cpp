@@ -39,7 +39,8 @@ BoundCondition combine(LogicalOperator op, const std::vector<BoundCondition>& co
   for (std::size_t i = unsafe.size() - 1; i-- > 0;) {
     inner = guarded(op, unsafe[i]->sql, inner, exactUnknown);
     if (exactUnknown || op == LogicalOperator::Or) {
-      inner = "(" + unsafe[i]->sql + std::string(word) + inner + ")";
+      std::string both = "(" + unsafe[i]->sql;
+      inner = both.append(word).append(inner).append(")");
     }
   }
   if (safe.empty()) return {"(" + inner + ")", true};

@@ -30,7 +30,7 @@ Bound sign(const Call& call) {
 
 /// floor and ceiling: a decimal loses its fraction digits, integers stay.
 Bound wholeNumber(const Call& call, const std::string& name) {
-  const Bound value = number(call, 0);
+  Bound value = number(call, 0);
   if (value.type.isInteger()) return value;
   const SqlType type =
       value.type.kind == SqlKind::decimal ? SqlType::decimal(value.type.precision, 0) : value.type;
@@ -58,7 +58,7 @@ std::string truncatedSql(const Bound& value, int places) {
 
 /// Half away from zero; the type stays. A third argument other than 0 cuts instead.
 Bound round(const Call& call) {
-  const Bound value = number(call, 0);
+  Bound value = number(call, 0);
   const int places = call.constantInteger(1);
   const bool cut = call.count() == 3 && call.constantInteger(2) != 0;
   if (places >= value.type.scale && value.type.isExact()) return value;

@@ -13,10 +13,9 @@ namespace {
 /// The type and length of the first argument decide.
 Bound isNull(const Call& call) {
   const Bound value = call.argument(0);
-  const Bound other = call.argument(1);
+  Bound other = call.argument(1);
   if (value.type.kind == SqlKind::untypedNull) return other;
-  const Bound converted =
-      castTo(call.binder().context(), other, value.type, call.expression(1).position);
+  Bound converted = castTo(call.binder().context(), other, value.type, call.expression(1).position);
   if (value.isNull()) return converted;
   Bound result = computed("coalesce(" + exactSql(value) + ", " + exactSql(converted) + ")",
                           value.type, value.canFail || converted.canFail);

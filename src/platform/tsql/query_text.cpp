@@ -112,7 +112,7 @@ std::string selectText(Context& context, const BoundBody& body, const BoundSelec
   const std::string rows = "SELECT " + selectList(context, select, types) + select.body;
   const bool sorted = order == RowOrder::wanted || select.top;
   if (select.distinct) {
-    const std::string distinct = withoutDuplicates(rows, body.columns, types);
+    std::string distinct = withoutDuplicates(rows, body.columns, types);
     if (!sorted) return distinct;
     return reordered(distinct, body.columns, placeOrder(select.orderBy, types), select.top);
   }

@@ -15,7 +15,7 @@ SystemView viewOf(std::vector<SourceColumn> columns, const std::vector<std::stri
   std::vector<std::string> casts;
   for (const SourceColumn& column : columns) {
     names.push_back(quoteName(column.name));
-    casts.push_back(castSql(names.back(), column.type) + " AS " + names.back());
+    casts.push_back(castSql(names.back(), column.type).append(" AS ").append(names.back()));
   }
   std::vector<std::string> nulls(columns.size(), "NULL");
   std::string sql = "SELECT " + join(casts, ", ") + " FROM (VALUES ";
