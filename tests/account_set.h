@@ -29,6 +29,11 @@ class AccountSet : public testing::Test {
     return more + "ConnectString={Provider=Velmora.Embedded;Data Source=" + file_.string() +
            ";Mode=Read}";
   }
+  /// A connection for reading; while it lives, others need not open the file anew.
+  ado::ConnectionRef held() {
+    connection_ = nullptr;
+    return connect(file_, "Read");
+  }
   void run(const std::string& batch) {
     if (!connection_) connection_ = connect(file_, "ReadWrite");
     connection_->Execute(batch);

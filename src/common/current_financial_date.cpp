@@ -19,6 +19,8 @@ constexpr const char* kCalendarPeriodOfToday =
 }  // namespace
 
 Date currentFinancialDate(const CDataSource& dataSource, const std::string& sDsn, bool bArp) {
+  // Open for the whole look-up: the queries' own connections then find the account set open.
+  const ScopedConnection held(dataSource.UnCommittedConnection());
   const std::int32_t year = readCurrentYear(dataSource, bArp);
   const std::int32_t period = readCurrentPeriod(dataSource, bArp);
   const auto queries = com::GetObjectContext().CreateInstance(_clsPublic::kProgId);

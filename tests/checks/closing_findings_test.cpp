@@ -88,6 +88,7 @@ class ClosingFindings : public AccountSet {
 };
 
 TEST_F(ClosingFindings, EveryQueryRunsInEveryVariant) {
+  const auto open = held();
   const auto runAll = [&](const DictionaryRef& dFilter) {
     const auto items = object_->GetCheckItemDict(dsn("LANGUAGE=EN;"), dFilter);
     ASSERT_TRUE(items) << com::GetErrorInfo()->description;

@@ -178,6 +178,8 @@ DictionaryRef CheckItems::build(const CheckItem& item, Place& place) const {
 
 collections::VectorRef GetCheckItemDict(const CDataSource& dataSource, Dictionary& dFilter,
                                         Place& place) {
+  // Open for the whole list: the settings' own connections then find the account set open.
+  const ScopedConnection held(dataSource.UnCommittedConnection());
   const CheckItems items(dataSource, dFilter);
   auto list = com::make<collections::Vector>();
   for (const CheckItem& item : items.all()) list->Add(items.build(item, place));

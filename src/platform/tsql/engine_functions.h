@@ -31,6 +31,9 @@ inline constexpr std::string_view kArithmeticOverflow =
 /// translated statement; allowed on a read-only database.
 std::string_view engineSetupSql();
 
+/// How the names of all functions begin that the front end adds to the engine.
+inline constexpr std::string_view kEngineFunctionPrefix = "velmora_";
+
 /// A DuckDB error text as SQL Server would say it: errors that translated statements
 /// raise themselves ("245: Conversion failed ...") without DuckDB's prefix, overflows
 /// as 8115, failed conversions as 8114; any other text as it is.

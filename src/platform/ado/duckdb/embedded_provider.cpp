@@ -22,7 +22,6 @@ class EmbeddedConnection final : public ProviderConnection {
     native_.clear();
     if (state_->bulkInsertOpen)
       throwError("A bulk insert of this connection is not finished; nothing else can run before.");
-    setUpOnce();
     const auto parsed = tsql::parse(batch);
     return BatchRunner(*state_, toVariables(parameters), native_).run(parsed);
   }
@@ -39,12 +38,6 @@ class EmbeddedConnection final : public ProviderConnection {
   }
 
  private:
-  void setUpOnce() {
-    if (std::exchange(state_->prepared, true)) return;
-    const std::string script(tsql::engineSetupSql());
-    if (!script.empty()) state_->session.runScript(script);
-  }
-
   std::shared_ptr<SessionState> state_;
   std::vector<std::string> native_;
 };
