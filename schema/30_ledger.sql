@@ -69,9 +69,10 @@ create table t_Balance (
     FBeginBalance decimal(28,4) not null default 0,
     FDebit decimal(28,4) not null default 0,
     FCredit decimal(28,4) not null default 0,
-    FEndBalance decimal(28,4) not null default 0,
-    primary key (FYear, FPeriod, FAccountID, FDetailID, FCurrencyID)
+    FEndBalance decimal(28,4) not null default 0
 )
+GO
+create index idx_t_Balance_FYear on t_Balance (FYear, FPeriod, FAccountID, FDetailID, FCurrencyID)
 GO
 create index idx_t_Balance_FDetailID on t_Balance (FDetailID, FYear, FPeriod)
 GO

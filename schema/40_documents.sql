@@ -141,10 +141,10 @@ create table t_rp_ContactBal (
     FBeginBalance decimal(28,4) not null default 0,
     FDebit decimal(28,4) not null default 0,
     FCredit decimal(28,4) not null default 0,
-    FEndBalance decimal(28,4) not null default 0,
-    primary key (FYear, FPeriod, FRP, FItemClassID, FCustomer, FDepartment, FEmployee,
-                 FAccountID, FCurrencyID)
+    FEndBalance decimal(28,4) not null default 0
 )
+GO
+create index idx_t_rp_ContactBal_FYear on t_rp_ContactBal (FYear, FPeriod, FRP, FAccountID, FCustomer)
 GO
 
 -- Initial documents, entered when receivables or payables were taken into use. FType

@@ -39,6 +39,12 @@ constexpr const char* kBalancesFollowVouchers =
     "where b.FCurrencyID > 0 and b.FDetailID > 0 "
     "and (b.FDebitFor <> isnull(m.FDebitFor, 0) or b.FCredit <> isnull(m.FCredit, 0))";
 
+constexpr const char* kOneRowABalance =
+    "select FYear, FPeriod, FAccountID, FDetailID as FOwner, FCurrencyID from t_Balance "
+    "group by FYear, FPeriod, FAccountID, FDetailID, FCurrencyID having count(*) > 1 union all "
+    "select FYear, FPeriod, FAccountID, FCustomer, FCurrencyID from t_rp_ContactBal "
+    "group by FYear, FPeriod, FAccountID, FCustomer, FCurrencyID having count(*) > 1";
+
 constexpr const char* kTrialBalance =
     "select FYear, FPeriod from t_Balance where FDetailID = 0 and FCurrencyID = 0 "
     "group by FYear, FPeriod "
@@ -112,8 +118,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Rule{"VouchersBalance", kVouchersBalance}, Rule{"VoucherHeads", kVoucherHeads},
                     Rule{"VoucherNumbers", kVoucherNumbers},
                     Rule{"BalancesFollowVouchers", kBalancesFollowVouchers},
-                    Rule{"TrialBalance", kTrialBalance}, Rule{"BalancesRoll", kBalancesRoll},
-                    Rule{"TotalsOfDetail", kTotalsOfDetail},
+                    Rule{"OneRowABalance", kOneRowABalance}, Rule{"TrialBalance", kTrialBalance},
+                    Rule{"BalancesRoll", kBalancesRoll}, Rule{"TotalsOfDetail", kTotalsOfDetail},
                     Rule{"ClosedPeriodsReconcile", kClosedPeriodsReconcile},
                     Rule{"InitialDocuments", kInitialDocuments},
                     Rule{"InvoiceLines", kInvoiceLines}, Rule{"KnownPartners", kKnownPartners}),
