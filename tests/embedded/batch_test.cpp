@@ -147,7 +147,8 @@ TEST_F(Batch, ParametersThatDoNotFitAreRefused) {
   const auto refused = [&](const char* batch, std::vector<ParameterValue> values) {
     return failure(*connection_, batch, values);
   };
-  EXPECT_THAT(refused("select ? a", {{adVarWChar, 2, Variant("应收款")}}), HasSubstr("parameter 1"));
+  EXPECT_THAT(refused("select ? a", {{adVarWChar, 2, Variant("应收款")}}),
+              HasSubstr("parameter 1"));
   EXPECT_THAT(refused("select ? a", {{adInteger, 0, Variant("12a")}}), HasSubstr("'12a'"));
   EXPECT_THAT(refused("select ? a, ? b", {{adInteger, 0, Variant(1)}}), HasSubstr("2 parameters"));
   EXPECT_THAT(refused("select 1 a", {{adInteger, 0, Variant(1)}}), HasSubstr("0 parameters"));
@@ -183,8 +184,9 @@ TEST_F(Batch, FilesAreOutOfReach) {
 }
 
 TEST_F(Batch, DecimalFunctionsAreThereWhenNeeded) {
-  run(*connection_, "create table #t(a decimal(28,10), b decimal(28,10));"
-                    "insert into #t values(10, 3); insert into #t values(null, 1)");
+  run(*connection_,
+      "create table #t(a decimal(28,10), b decimal(28,10));"
+      "insert into #t values(10, 3); insert into #t values(null, 1)");
   const auto quotients = query(*connection_, "select a/b q from #t order by a");
   EXPECT_EQ(quotients[0][0], "NULL");
   EXPECT_THAT(quotients[1][0], testing::StartsWith("3.333333"));

@@ -1,6 +1,5 @@
-#include <gmock/gmock.h>
-
 #include <chrono>
+#include <gmock/gmock.h>
 
 #include "database.h"
 
@@ -123,6 +122,16 @@ TEST_F(BulkLoad, AKeyViolationLeavesNothing) {
   EXPECT_THAT(failure([&] { load->finish(); }), HasSubstr("2627"));
   load.reset();
   EXPECT_EQ(rows(), Texts{});
+}
+
+TEST_F(BulkLoad, GivenNumbersAreKeptAndNumberingGoesOnBehindThem) {
+  run(*connection_, "insert into t(n) values('first')");
+  auto load = bulk({"FID"});
+  load->append(std::int64_t{70});
+  load->endRow();
+  load->finish();
+  run(*connection_, "insert into t(n) values('next')");
+  EXPECT_EQ(query(*connection_, "select FID from t order by FID"), (Texts{{"10"}, {"70"}, {"80"}}));
 }
 
 TEST_F(BulkLoad, OutlivesItsConnection) {

@@ -1,7 +1,6 @@
 #include "platform/ado/duckdb/decimal_functions.h"
 
 #include <gtest/gtest.h>
-
 #include <random>
 #include <string>
 
@@ -21,8 +20,8 @@ std::string result(Operation operation, const std::string& left, const std::stri
                    int scale) {
   const auto a = Decimal::parse(left);
   const auto b = Decimal::parse(right);
-  const auto value = exactResult({operation, a.scale(), b.scale(), scale}, a.coefficient(),
-                                 b.coefficient());
+  const auto value =
+      exactResult({operation, a.scale(), b.scale(), scale}, a.coefficient(), b.coefficient());
   return value ? Decimal::fromCoefficient(*value, scale).toString() : "overflow";
 }
 
@@ -81,14 +80,17 @@ TEST(DecimalFunctions, AgreesWithDecimal) {
   for (int i = 0; i < 20'000; ++i) {
     const int leftScale = static_cast<int>(random() % 12);
     const int rightScale = static_cast<int>(random() % 12);
-    const auto left = Decimal::fromCoefficient(number(1 + static_cast<int>(random() % 16)), leftScale);
-    const auto right = Decimal::fromCoefficient(number(1 + static_cast<int>(random() % 16)), rightScale);
+    const auto left =
+        Decimal::fromCoefficient(number(1 + static_cast<int>(random() % 16)), leftScale);
+    const auto right =
+        Decimal::fromCoefficient(number(1 + static_cast<int>(random() % 16)), rightScale);
     const int scale = static_cast<int>(random() % 7);
 
     const auto product = exactResult({Operation::multiply, leftScale, rightScale, scale},
                                      left.coefficient(), right.coefficient());
     const auto expectedProduct = (left * right).rescaled(scale);
-    EXPECT_EQ(product, expectedProduct.coefficient()) << left.toString() << " * " << right.toString();
+    EXPECT_EQ(product, expectedProduct.coefficient())
+        << left.toString() << " * " << right.toString();
 
     if (right.isZero()) continue;
     const auto quotient = exactResult({Operation::divide, leftScale, rightScale, scale},

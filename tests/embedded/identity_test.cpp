@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-
 #include <thread>
 
 #include "database.h"
@@ -29,7 +28,8 @@ TEST_F(Identity, StartsOverWithTheTable) {
     const auto numbers = "select FID from " + name + " order by FID";
     run(*connection, "create table " + name + "(FID int identity(5,1), a int);" + insert + insert);
     EXPECT_EQ(query(*connection, "delete from " + name + ";" + insert + numbers), (Texts{{"7"}}));
-    EXPECT_EQ(query(*connection, "truncate table " + name + ";" + insert + numbers), (Texts{{"5"}}));
+    EXPECT_EQ(query(*connection, "truncate table " + name + ";" + insert + numbers),
+              (Texts{{"5"}}));
     run(*connection, "drop table " + name + "; create table " + name + "(FID int identity, a int)");
     EXPECT_EQ(query(*connection, insert + numbers), (Texts{{"1"}}));
   }

@@ -1,8 +1,7 @@
+#include <fstream>
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <fstream>
 
 #include "database.h"
 
@@ -139,10 +138,9 @@ TEST_F(Opening, ReadingLeavesNothingBesideTheFile) {
 TEST_F(Opening, EveryChangeOfAPermanentTableIsRefusedWhenReading) {
   create("create table t(a int); insert into t values(1)");
   const auto reader = open("Read");
-  for (const char* change :
-       {"insert into t values(2)", "update t set a = 2", "delete from t", "truncate table t",
-        "drop table t", "create table u(a int)", "select a into u from t",
-        "create unique index i on t(a)"})
+  for (const char* change : {"insert into t values(2)", "update t set a = 2", "delete from t",
+                             "truncate table t", "drop table t", "create table u(a int)",
+                             "select a into u from t", "create unique index i on t(a)"})
     EXPECT_THAT(failure(*reader, change), HasSubstr("3906")) << change;
   EXPECT_EQ(query(*reader, "select a from t"), (Texts{{"1"}}));
 }

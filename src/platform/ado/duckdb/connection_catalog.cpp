@@ -105,6 +105,11 @@ void ConnectionCatalog::restartNumbers(const tsql::TableInfo& table) {
   if (inTransaction_) restarted_.push_back(table.name);
 }
 
+void ConnectionCatalog::forgetIdentities(const tsql::TableInfo& table) {
+  lockIdentities(table);
+  countersOf(table).forget(table.name);
+}
+
 std::int64_t ConnectionCatalog::takeIdentity(const tsql::TableInfo& table) {
   const CatalogStatement statement(*this);
   const auto value = nextIdentity(table);

@@ -33,6 +33,8 @@ class ConnectionCatalog final : public tsql::Catalog {
   /// `rows` numbers of the table's identity column are used up.
   void identitiesUsed(std::string_view table, std::int64_t rows);
   void identitiesRestart(std::string_view table);
+  /// Numbering goes on behind what the table holds then.
+  void forgetIdentities(const tsql::TableInfo& table);
   /// Takes the next number of the table's identity column.
   std::int64_t takeIdentity(const tsql::TableInfo& table);
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "platform/ado/duckdb/engine_error.h"
+#include "platform/ado/duckdb/rows.h"
+#include "platform/tsql/sql_text.h"
 #include "velmora/collections/letter_case.h"
 #include "velmora/com/error.h"
 
@@ -71,6 +73,8 @@ void TableAppender::chooseColumns(std::span<const std::string> names) {
   if (!identity) return;
   if (std::ranges::find(columns_, identity->name, &ColumnWriter::column) == columns_.end())
     columns_.emplace_back(table_.name, *identity);
+  else
+    givenIdentity_ = identity;
 }
 
 void TableAppender::openAppender() {
@@ -133,8 +137,27 @@ void TableAppender::finish() {
   refuseUnless(next_ == 0, "The last row for " + table_.name + " is not ended.");
   flushChunk();
   check(duckdb_appender_close(appender_));
+  const CatalogStatement turn(state_->catalog);
+  if (givenIdentity_) checkGivenNumbers();
   commitTransaction(*state_);
+  if (givenIdentity_) state_->catalog.forgetIdentities(table_);
   close();
+}
+
+// No index watches over identity columns, because the numbers that the provider gives
+// never repeat; those given from outside may.
+void TableAppender::checkGivenNumbers() {
+  state_->catalog.nextIdentity(table_);  // no other connection numbers rows meanwhile
+  const auto column = tsql::quoteName(givenIdentity_->name);
+  const auto repeated =
+      readTexts(state_->session,
+                "select cast(" + column + " as varchar) from " + table_.engineName + " group by " +
+                    column + " having count(*) > 1 limit 1",
+                1);
+  if (!repeated.empty())
+    throwError("2627: Cannot insert duplicate key into " + table_.name +
+               "; the duplicate key value is (" + givenIdentity_->name + ": " +
+               repeated[0][0].toText() + ").");
 }
 
 void TableAppender::check(duckdb_state state) {

@@ -14,8 +14,8 @@
 namespace velmora::ado::embedded {
 
 /// Bulk load of one table in a transaction of its own. Columns that are not named take
-/// their default, an identity column the next numbers in the order of the rows. While it
-/// is open its connection runs nothing else.
+/// their default, an identity column the next numbers in the order of the rows; numbers
+/// given for it must be new. While it is open its connection runs nothing else.
 class TableAppender final : public BulkInsert {
  public:
   /// Raises for a table or column that is not there, for a view, for a permanent table
@@ -43,6 +43,7 @@ class TableAppender final : public BulkInsert {
   void makeChunk();
   ColumnWriter& currentColumn();
   void flushChunk();
+  void checkGivenNumbers();
   void check(duckdb_state state);
   void close() noexcept;
 
@@ -50,6 +51,7 @@ class TableAppender final : public BulkInsert {
   tsql::TableInfo table_;
   std::vector<ColumnWriter> columns_;  // as named, the identity column behind them
   std::size_t named_ = 0;
+  const tsql::ColumnInfo* givenIdentity_ = nullptr;  // an identity column among the named
   duckdb_appender appender_ = nullptr;
   Chunk chunk_;
   std::size_t next_ = 0;  // column of the current row

@@ -61,16 +61,21 @@ std::optional<SqlType> nearestType(std::string_view engineType) {
   return found != pairs.end() ? found->type : decimalType(engineType);
 }
 
-std::string kept(const tsql::ColumnInfo& column) {
+bool isKey(const tsql::TableInfo& table, const tsql::ColumnInfo& column) {
+  return std::ranges::find(table.primaryKey, column.name) != table.primaryKey.end();
+}
+
+std::string kept(const tsql::TableInfo& table, const tsql::ColumnInfo& column) {
   std::string text = tsql::declaration(column.type);
   if (column.identity)
     text += " identity(" + std::to_string(column.identity->seed) + "," +
             std::to_string(column.identity->increment) + ")";
+  if (isKey(table, column)) text += " primary key";
   return text;
 }
 
-/// Takes type and identity from a kept declaration.
-void readKept(tsql::ColumnInfo& column, std::string_view declaration) {
+/// Adds the column that a kept declaration tells.
+void addKept(tsql::TableInfo& table, tsql::ColumnInfo column, std::string_view declaration) {
   const auto batch = tsql::parse("create table t(c " + std::string(declaration) + ")");
   const auto& created = std::get<tsql::CreateTableStatement>(batch.statements.front().node);
   const auto& definition = created.columns.front();
@@ -78,17 +83,18 @@ void readKept(tsql::ColumnInfo& column, std::string_view declaration) {
   if (definition.identity)
     column.identity =
         tsql::IdentityColumn{definition.identity->seed, definition.identity->increment};
+  if (definition.primaryKey) table.primaryKey.push_back(column.name);
+  table.columns.push_back(std::move(column));
 }
 
-/// False when the column has no type that T-SQL knows.
-bool readType(tsql::ColumnInfo& column, std::string_view engineType, std::string_view comment) {
-  if (comment.starts_with(kMark)) {
-    readKept(column, comment.substr(kMark.size()));
-    return true;
-  }
+void addColumn(tsql::TableInfo& table, tsql::ColumnInfo column, std::string_view engineType,
+               std::string_view comment) {
+  if (comment.starts_with(kMark))
+    return addKept(table, std::move(column), comment.substr(kMark.size()));
   const auto type = nearestType(engineType);
-  if (type) column.type = *type;
-  return type.has_value();
+  if (!type) return;
+  column.type = *type;
+  table.columns.push_back(std::move(column));
 }
 
 using LoadedTables = std::map<std::string, std::shared_ptr<tsql::TableInfo>, tsql::IgnoreCase>;
@@ -113,24 +119,11 @@ select table_name, column_name, data_type, coalesce(comment, ''), cast(is_nullab
       info->isView = row[view].text() == "true";
     }
     tsql::ColumnInfo loaded;
-    if (!readType(loaded, row[type].text(), row[comment].text())) continue;
     loaded.name = row[column].text();
     loaded.nullable = row[nullable].text() == "true";
     if (row[fallback].isString()) loaded.defaultSql = row[fallback].text();
-    info->columns.push_back(std::move(loaded));
+    addColumn(*info, std::move(loaded), row[type].text(), row[comment].text());
   }
-}
-
-void loadPrimaryKeys(Session& session, LoadedTables& tables) {
-  const auto rows = readTexts(session, R"(
-select table_name, unnest(constraint_column_names)
-  from duckdb_constraints()
- where database_name = current_database() and schema_name = 'main'
-   and constraint_type = 'PRIMARY KEY')",
-                              2);
-  for (const auto& row : rows)
-    if (const auto found = tables.find(row[0].text()); found != tables.end())
-      found->second->primaryKey.emplace_back(row[1].text());
 }
 
 }  // namespace
@@ -138,10 +131,11 @@ select table_name, unnest(constraint_column_names)
 std::vector<std::string> recordingSql(const tsql::TableInfo& table) {
   std::vector<std::string> statements;
   for (const auto& column : table.columns) {
-    if (!column.identity && nearestType(tsql::engineType(column.type)) == column.type) continue;
+    const bool told = nearestType(tsql::engineType(column.type)) == column.type;
+    if (told && !column.identity && !isKey(table, column)) continue;
     statements.push_back("comment on column " + table.engineName + "." +
                          tsql::quoteName(column.name) + " is " +
-                         tsql::quoteText(std::string(kMark) + kept(column)));
+                         tsql::quoteText(std::string(kMark) + kept(table, column)));
   }
   return statements;
 }
@@ -149,7 +143,6 @@ std::vector<std::string> recordingSql(const tsql::TableInfo& table) {
 TableMap loadTables(Session& session) {
   LoadedTables loaded;
   loadColumns(session, loaded);
-  loadPrimaryKeys(session, loaded);
   return {loaded.begin(), loaded.end()};
 }
 

@@ -16,8 +16,8 @@ using TablePtr = std::shared_ptr<const tsql::TableInfo>;
 using TableMap = std::map<std::string, TablePtr, tsql::IgnoreCase>;
 
 // A database file stores the engine's types only. What a T-SQL declaration says beyond
-// them (varchar(80), money, bit, identity) is kept as the comment of the column, for
-// instance "T-SQL: int identity(1,1)", so that the file alone tells it.
+// them (varchar(80), money, bit, identity, primary key) is kept as the comment of the column, for
+// instance "T-SQL: int identity(1,1) primary key", so that the file alone tells it.
 
 /// The statements that keep the declarations of a permanent table or view; empty when
 /// the engine's types tell all.
