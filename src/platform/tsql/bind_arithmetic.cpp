@@ -2,6 +2,7 @@
 
 #include "platform/tsql/bind_expression.h"
 #include "platform/tsql/conversion.h"
+#include "platform/tsql/engine_expressions.h"
 #include "platform/tsql/errors.h"
 #include "platform/tsql/sql_text.h"
 #include "platform/tsql/type_rules.h"
@@ -67,8 +68,9 @@ Bound integerOperation(Context& context, ArithmeticOperator op, const Bound& lef
     return computed(infix(op, a.sql, b.sql), type, eitherCanFail(a, b));
   }
   const bool quotient = op == ArithmeticOperator::Divide;
-  const std::string name = quotient ? "velmora_quotient(" : "velmora_remainder(";
-  return computed(castSql(name + a.sql + ", " + b.sql + ")", type), type, true);
+  const std::string sql =
+      quotient ? engine::quotient(a.sql, b.sql) : engine::remainder(a.sql, b.sql);
+  return computed(castSql(sql, type), type, true);
 }
 
 Bound floatOperation(Context& context, ArithmeticOperator op, const Bound& left, const Bound& right,
@@ -83,7 +85,7 @@ Bound floatOperation(Context& context, ArithmeticOperator op, const Bound& left,
     return computed("(" + a.sql + " / " + b.sql + ")", type, eitherCanFail(a, b));
   }
   if (divides) {
-    return computed(castSql("velmora_ratio(" + a.sql + ", " + b.sql + ")", type), type, true);
+    return computed(castSql(engine::ratio(a.sql, b.sql), type), type, true);
   }
   if (op == ArithmeticOperator::Modulo) refuse(position, "% of float values");
   return computed(infix(op, a.sql, b.sql), type, eitherCanFail(a, b));
@@ -132,7 +134,7 @@ Bound decimalOperation(ExpressionBinder& binder, ArithmeticOperator op, const Bo
   std::string sql = infix(op, a.sql, b.sql);
   bool canFail = eitherCanFail(a, b);
   if (op == ArithmeticOperator::Modulo && !surelyNotZero(b)) {
-    sql = "velmora_remainder(" + a.sql + ", " + b.sql + ")";
+    sql = engine::remainder(a.sql, b.sql);
     canFail = true;
   }
   Bound result = computed(std::move(sql), answer, canFail);

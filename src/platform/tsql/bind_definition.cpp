@@ -49,8 +49,22 @@ std::string uniqueIndexSql(const TableInfo& table, std::string_view name,
 }
 
 /// Whether the numbering alone keeps the key unique.
-bool isIdentity(const TableInfo& table, const std::vector<std::string>& columns) {
+bool isNumbered(const TableInfo& table, const std::vector<std::string>& columns) {
   return columns.size() == 1 && requireColumn(table, columns.front(), {}).identity.has_value();
+}
+
+/// Whether a key's texts must be compared by their own rules.
+bool hasText(const TableInfo& table, const std::vector<std::string>& columns) {
+  return std::ranges::any_of(columns, [&](const std::string& column) {
+    return requireColumn(table, column, {}).type.isText();
+  });
+}
+
+std::string quotedList(const std::vector<std::string>& names) {
+  std::vector<std::string> quoted;
+  quoted.reserve(names.size());
+  for (const std::string& name : names) quoted.push_back(quoteName(name));
+  return join(quoted, ", ");
 }
 
 /// Binds one CREATE TABLE.
@@ -64,6 +78,7 @@ class TableBinder {
     for (const KeyConstraint& key : statement_.keys) addKey(key);
     std::vector<std::string> lines;
     for (const ColumnInfo& column : table_.columns) lines.push_back(columnSql(column));
+    if (!declaredKey_.empty()) lines.push_back("PRIMARY KEY (" + declaredKey_ + ")");
     std::vector<std::string> sql = {createWords(table_) + table_.engineName + " (" +
                                     join(lines, ", ") + ")"};
     for (const auto& key : uniqueKeys_) {
@@ -135,7 +150,12 @@ class TableBinder {
       if (std::ranges::find(columns, column.name) != columns.end()) column.nullable = false;
     }
     table_.primaryKey = columns;
-    if (!isIdentity(table_, columns)) uniqueKeys_.push_back(std::move(columns));
+    if (isNumbered(table_, columns)) return;
+    if (hasText(table_, columns)) {
+      uniqueKeys_.push_back(std::move(columns));
+    } else {
+      declaredKey_ = quotedList(columns);
+    }
   }
 
   static std::string columnSql(const ColumnInfo& column) {
@@ -149,6 +169,7 @@ class TableBinder {
   const CreateTableStatement& statement_;
   TableInfo table_;
   std::vector<std::vector<std::string>> uniqueKeys_;
+  std::string declaredKey_;  // of PRIMARY KEY; empty: none, or one of uniqueKeys_
 };
 
 /// The columns a query gives a new table or view; each needs a name of its own.
@@ -181,8 +202,8 @@ std::vector<ColumnInfo> newColumns(const BoundQuery& query, const std::vector<st
 std::string quotedNames(const std::vector<ColumnInfo>& columns) {
   std::vector<std::string> names;
   names.reserve(columns.size());
-  for (const ColumnInfo& column : columns) names.push_back(quoteName(column.name));
-  return join(names, ", ");
+  for (const ColumnInfo& column : columns) names.push_back(column.name);
+  return quotedList(names);
 }
 
 std::string typedNames(const std::vector<ColumnInfo>& columns) {

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "platform/tsql/conversion.h"
+#include "platform/tsql/engine_expressions.h"
 #include "platform/tsql/errors.h"
 #include "platform/tsql/sql_text.h"
 
@@ -112,7 +113,7 @@ std::optional<Date> dateOf(std::string_view text) {
 
 Bound textToDate(const Bound& value, const SqlType& type) {
   if (!value.constant) {
-    return computed(castSql("velmora_text_to_datetime(" + value.sql + ")", type), type, true);
+    return computed(castSql(engine::textToDateTime(value.sql), type), type, true);
   }
   const std::string_view text = value.constant->text();
   if (const auto date = dateOf(text)) return constantOf(*date, type);

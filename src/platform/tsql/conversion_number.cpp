@@ -1,6 +1,7 @@
 #include "platform/tsql/conversion_number.h"
 
 #include "platform/tsql/conversion.h"
+#include "platform/tsql/engine_expressions.h"
 #include "platform/tsql/sql_text.h"
 
 namespace velmora::tsql {
@@ -52,11 +53,10 @@ std::string failureText(std::string_view text, const Bound& value, const SqlType
 
 /// A number read by the engine, as wide as it may be, before it becomes the type.
 std::string readSql(const Bound& value, const SqlType& type) {
-  const std::string target = quoteText(typeName(type));
-  if (type.kind == SqlKind::bit) return "velmora_text_to_bit(" + value.sql + ")";
-  if (type.isInteger()) return "velmora_text_to_integer(" + value.sql + ", " + target + ")";
-  if (type.isDecimal()) return "velmora_text_to_decimal(" + value.sql + ", " + target + ")";
-  return "velmora_text_to_float(" + value.sql + ", " + target + ")";
+  if (type.kind == SqlKind::bit) return engine::textToBit(value.sql);
+  if (type.isInteger()) return engine::integerText(value.sql, typeName(type));
+  if (type.isDecimal()) return engine::decimalText(value.sql, typeName(type));
+  return engine::textToFloat(value.sql, typeName(type));
 }
 
 Bound constantNumber(const Decimal& number, const SqlType& type) {

@@ -27,13 +27,6 @@ inline constexpr std::string_view kDivideByZero = "8134: Divide by zero error en
 inline constexpr std::string_view kArithmeticOverflow =
     "8115: Arithmetic overflow error converting expression to data type numeric.";
 
-/// Statements (temporary macros) that a connection runs once before the first
-/// translated statement; allowed on a read-only database.
-std::string_view engineSetupSql();
-
-/// How the names of all functions begin that the front end adds to the engine.
-inline constexpr std::string_view kEngineFunctionPrefix = "velmora_";
-
 /// A DuckDB error text as SQL Server would say it: errors that translated statements
 /// raise themselves ("245: Conversion failed ...") without DuckDB's prefix, overflows
 /// as 8115, failed conversions as 8114; any other text as it is.

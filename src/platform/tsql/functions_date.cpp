@@ -2,6 +2,7 @@
 #include <array>
 
 #include "platform/tsql/conversion.h"
+#include "platform/tsql/engine_expressions.h"
 #include "platform/tsql/errors.h"
 #include "platform/tsql/functions.h"
 #include "platform/tsql/sql_text.h"
@@ -93,7 +94,7 @@ Bound dateDiff(const Call& call) {
   const Bound to = call.dateTime(2);
   const bool canFail = from.canFail || to.canFail;
   if (part.engine == "week") {
-    return computed("CAST(velmora_weeks(" + from.sql + ", " + to.sql + ") AS INTEGER)",
+    return computed(castSql(engine::weeksBetween(from.sql, to.sql), SqlType::integer()),
                     SqlType::integer(), canFail);
   }
   const std::string_view unit =
@@ -108,13 +109,13 @@ Bound dateDiff(const Call& call) {
 /// One value for the whole statement.
 Bound getDate(const Call& call) {
   const Context& context = call.binder().context();
-  if (context.inDefault) return computed("velmora_now()", SqlType::dateTime());
+  if (context.inDefault) return computed(engine::now(), SqlType::dateTime());
   return constantOf(context.scope.now, SqlType::dateTime());
 }
 
 Bound isDate(const Call& call) {
   const Bound value = call.text(0);
-  return computed("CAST(velmora_try_datetime(" + value.sql + ") IS NOT NULL AS INTEGER)",
+  return computed("CAST(" + engine::tryTextToDateTime(value.sql) + " IS NOT NULL AS INTEGER)",
                   SqlType::integer(), value.canFail);
 }
 

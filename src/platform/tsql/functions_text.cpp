@@ -2,6 +2,7 @@
 #include <array>
 #include <limits>
 
+#include "platform/tsql/engine_expressions.h"
 #include "platform/tsql/functions.h"
 #include "platform/tsql/sql_text.h"
 #include "platform/tsql/text_rules.h"
@@ -65,9 +66,10 @@ Bound substring(const Call& call) {
   const Bound start = call.integer(1);
   const Bound length = call.integer(2);
   const bool plain = isAtLeast(start, 1) && isAtLeast(length, 0);
-  const std::string name = plain ? "substring(" : "velmora_substring(";
-  return computed(name + text.sql + ", " + start.sql + ", " + length.sql + ")",
-                  resultText(text.type, lengthBound(length, text.type)),
+  const std::string sql = plain
+                              ? "substring(" + text.sql + ", " + start.sql + ", " + length.sql + ")"
+                              : engine::substring(text.sql, start.sql, length.sql);
+  return computed(sql, resultText(text.type, lengthBound(length, text.type)),
                   text.canFail || start.canFail || length.canFail || !isAtLeast(length, 0));
 }
 
@@ -75,7 +77,7 @@ Bound endOf(const Call& call, const std::string& name) {
   const Bound text = call.text(0);
   const Bound length = call.integer(1);
   const bool plain = isAtLeast(length, 0);
-  const std::string count = plain ? length.sql : "velmora_length(" + length.sql + ")";
+  const std::string count = plain ? length.sql : engine::checkedLength(length.sql);
   return computed(name + "(" + text.sql + ", " + count + ")",
                   resultText(text.type, lengthBound(length, text.type)), text.canFail || !plain);
 }
@@ -104,22 +106,21 @@ Bound replace(const Call& call) {
   if (!hasLetters(from)) {
     return computed("replace(" + text.sql + ", " + from.sql + ", " + to.sql + ")", type, canFail);
   }
-  return computed("velmora_replace(" + text.sql + ", " + from.sql + ", " + to.sql + ")", type,
-                  canFail);
+  return computed(engine::replaced(text.sql, from.sql, to.sql), type, canFail);
 }
 
 Bound charindex(const Call& call) {
   const Bound wanted = call.text(0);
   const Bound text = call.text(1);
-  const std::string places = "lower(" + text.sql + "), lower(" + wanted.sql + ")";
+  const std::string inText = "lower(" + text.sql + ")";
+  const std::string small = "lower(" + wanted.sql + ")";
   if (call.count() == 2) {
-    return computed(castSql("strpos(" + places + ")", SqlType::integer()), SqlType::integer(),
-                    wanted.canFail || text.canFail);
+    return computed(castSql("strpos(" + inText + ", " + small + ")", SqlType::integer()),
+                    SqlType::integer(), wanted.canFail || text.canFail);
   }
   const Bound start = call.integer(2);
-  return computed(
-      castSql("velmora_position(" + places + ", " + start.sql + ")", SqlType::integer()),
-      SqlType::integer(), wanted.canFail || text.canFail || start.canFail);
+  return computed(castSql(engine::positionFrom(inText, small, start.sql), SqlType::integer()),
+                  SqlType::integer(), wanted.canFail || text.canFail || start.canFail);
 }
 
 Bound space(const Call& call) {

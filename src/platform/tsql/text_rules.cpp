@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/tsql/engine_expressions.h"
 #include "platform/tsql/sql_text.h"
 #include "platform/tsql/text_scan.h"
 
@@ -111,7 +112,7 @@ std::string keySql(const Bound& value) {
 
 BoundCondition likeCondition(const Bound& value, const Bound& pattern, char escape) {
   if (!pattern.constant) {
-    return {lowerSql(value) + " LIKE velmora_like_pattern(" + pattern.sql + ")", true};
+    return {lowerSql(value) + " LIKE " + engine::likePattern(pattern.sql), true};
   }
   if (pattern.isNull()) return {"CAST(NULL AS BOOLEAN)", false};
   const std::string_view text = pattern.constant->text();
@@ -143,9 +144,7 @@ Bound fittedTo(const Bound& value, const SqlType& type, std::string_view column)
     result.sql = padded(value.sql, type);
     return result;
   }
-  result.sql = padded("velmora_fit(" + value.sql + ", " + std::to_string(type.length) + ", " +
-                          quoteText(column) + ")",
-                      type);
+  result.sql = padded(engine::fitted(value.sql, type.length, column), type);
   result.canFail = true;
   return result;
 }

@@ -239,7 +239,6 @@ tsql::Scope BatchRunner::scope() {
 }
 
 Result BatchRunner::runNative(const std::string& sql) {
-  if (sql.find(tsql::kEngineFunctionPrefix) != std::string::npos) prepareFunctions(state_);
   native_.push_back(sql);
   return state_.session.run(sql);
 }

@@ -1,7 +1,5 @@
 #include "platform/ado/duckdb/embedded_provider.h"
 
-#include <utility>
-
 #include "platform/ado/duckdb/batch_runner.h"
 #include "platform/ado/duckdb/engine_error.h"
 #include "platform/ado/duckdb/parameters.h"

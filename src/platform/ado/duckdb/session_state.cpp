@@ -1,16 +1,8 @@
 #include "platform/ado/duckdb/session_state.h"
 
-#include <utility>
-
 #include "platform/ado/duckdb/engine_error.h"
-#include "platform/tsql/engine_functions.h"
 
 namespace velmora::ado::embedded {
-
-void prepareFunctions(SessionState& state) {
-  if (std::exchange(state.prepared, true)) return;
-  state.session.runScript(std::string(tsql::engineSetupSql()));
-}
 
 void beginTransaction(SessionState& state) {
   if (state.transactions == 0) {
@@ -36,7 +28,6 @@ void rollbackTransaction(SessionState& state) {
   if (state.transactions == 0)
     throwError("3903: The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION.");
   state.transactions = 0;
-  state.prepared = false;  // what the transaction defined is gone with it
   state.session.rollback();
   state.catalog.rollbackTransaction();
   state.functions.forget();

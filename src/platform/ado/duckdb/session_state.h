@@ -21,15 +21,10 @@ struct SessionState {
   ConnectionCatalog catalog;
   DecimalFunctions functions;
   bool readOnly;
-  bool prepared = false;  ///< the front end's functions are defined
-  bool noCount = false;   ///< SET NOCOUNT ON
+  bool noCount = false;  ///< SET NOCOUNT ON
   bool bulkInsertOpen = false;
   int transactions = 0;  ///< BEGIN TRANSACTION less COMMIT
 };
-
-/// Defines the front end's functions on the connection, unless they are there. Few
-/// statements need any of them, and a check opens dozens of connections.
-void prepareFunctions(SessionState& state);
 
 /// The T-SQL transaction of a connection; nested ones only count.
 void beginTransaction(SessionState& state);
