@@ -49,8 +49,8 @@ TEST_F(RowOrder, IsTheSameEveryTime) {
         "select top 500 v, count(*) n, sum(k) s from #n group by v",
         "select top 500 id, k from #n order by v",
         "select id % 5000 x from #n where k > 100 union select k from #n where id < 100",
-        "select top 500 x.s, n.id from #n n, (select v, sum(k) s from #n group by v) x "
-        "where x.v = n.v"}) {
+        "select top 500 s, id from #n n, (select v w, sum(k) s from #n group by v) x where v = "
+        "w"}) {
     EXPECT_EQ(text(query), text(query)) << query;
   }
 }

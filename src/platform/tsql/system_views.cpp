@@ -30,8 +30,9 @@ SystemView objects(Catalog& catalog) {
   for (const TableInfo* table : catalog.tables()) {
     if (table->temporary) continue;
     const std::string type = table->isView ? "'V '" : "'U '";
-    rows.push_back("(" + quoteText(table->name) + ", " + std::to_string(table->objectId) + ", " +
-                   type + ", " + type + ")");
+    const std::string cells[] = {quoteText(table->name), std::to_string(table->objectId), type,
+                                 type};
+    rows.push_back("(" + join(cells, ", ") + ")");
   }
   return viewOf({{"name", kName, false},
                  {"id", SqlType::integer(), false},
