@@ -12,7 +12,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr CallerContext kEnglishPayables{false, "EN", "li"};
+const CallerContext kEnglishPayables{false, "EN", "li"};
 
 std::string failureOf(const std::function<void()>& action) {
   try {
