@@ -44,7 +44,7 @@ TEST(EmbeddedSettings, RefusesNamingPropertyAndExpectation) {
       {"Data Source=x;Modus=Read", "\"Modus\" is not known"},
   };
   for (const auto& [text, expected] : cases)
-    EXPECT_THAT(failure([&] { read(text); }), HasSubstr(expected)) << text;
+    EXPECT_THAT(failure([&, wrong = text] { read(wrong); }), HasSubstr(expected)) << text;
 }
 
 TEST(EmbeddedSettings, KeepsPasswordsOutOfMessages) {
