@@ -1,6 +1,6 @@
-#include "checks/closing/sql_lines.h"
+#include "common/sql_lines.h"
 
-namespace velmora::closing {
+namespace velmora {
 
 SqlLines& SqlLines::line(std::string_view text) {
   if (!text_.empty()) text_ += "\r\n";
@@ -21,4 +21,13 @@ std::string joined(const std::vector<std::string>& parts, std::string_view separ
   return query.text();
 }
 
-}  // namespace velmora::closing
+std::string quoted(std::string_view text) {
+  std::string literal = "'";
+  for (const char c : text) {
+    if (c == '\'') literal += '\'';
+    literal += c;
+  }
+  return literal += '\'';
+}
+
+}  // namespace velmora

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace velmora::closing {
+namespace velmora {
 
 /// A T-SQL text put together line by line; lines are joined by CR LF.
 class SqlLines {
@@ -21,4 +21,7 @@ class SqlLines {
 /// The parts of one query with `separator` ("union ") on a line between them.
 std::string joined(const std::vector<std::string>& parts, std::string_view separator = "union ");
 
-}  // namespace velmora::closing
+/// `text` as a T-SQL literal.
+std::string quoted(std::string_view text);
+
+}  // namespace velmora

@@ -1,6 +1,6 @@
 #include "checks/closing/document_queries.h"
 
-#include "checks/closing/sql_lines.h"
+#include "common/sql_lines.h"
 
 namespace velmora::closing {
 

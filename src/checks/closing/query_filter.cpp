@@ -2,6 +2,7 @@
 
 #include "common/localized_field_name.h"
 #include "common/messages.h"
+#include "common/sql_lines.h"
 
 namespace velmora::closing {
 
@@ -48,15 +49,6 @@ std::string QueryFilter::andEffectiveFilter() const {
 std::string QueryFilter::itemJoin(std::string_view customerColumn) const {
   if (itemFilter.empty()) return {};
   return " inner join t_item t1 on (" + std::string(customerColumn) + " = t1.FItemID)";
-}
-
-std::string quoted(std::string_view text) {
-  std::string literal = "'";
-  for (const char c : text) {
-    if (c == '\'') literal += '\'';
-    literal += c;
-  }
-  return literal += '\'';
 }
 
 }  // namespace velmora::closing

@@ -43,7 +43,4 @@ struct QueryFilter {
   std::string itemJoin(std::string_view customerColumn) const;
 };
 
-/// `text` as a T-SQL literal.
-std::string quoted(std::string_view text);
-
 }  // namespace velmora::closing

@@ -2,7 +2,7 @@
 
 #include "checks/closing/query_builders.h"
 #include "checks/closing/query_filter.h"
-#include "checks/closing/sql_lines.h"
+#include "common/sql_lines.h"
 
 namespace velmora::closing {
 

@@ -2,8 +2,8 @@
 
 #include "checks/closing/query_builders.h"
 #include "checks/closing/query_filter.h"
-#include "checks/closing/sql_lines.h"
 #include "common/periods.h"
+#include "common/sql_lines.h"
 
 namespace velmora::closing {
 
