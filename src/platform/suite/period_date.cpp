@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "platform/suite/account_set.h"
 #include "velmora/ado/command.h"
 #include "velmora/com/error.h"
 
@@ -10,17 +11,6 @@ namespace velmora::suite {
 namespace {
 
 constexpr const char* kProgId = "PeriodDate.clsPeriodDate";
-
-ado::ConnectionRef openAccountSet(const std::string& callerString) {
-  const auto settings = ado::ConnectionString(callerString).find("ConnectString");
-  if (!settings)
-    throw com::Error(com::error::kInvalidArgument, kProgId,
-                     "The connection string has no ConnectString");
-  auto connection = com::make<ado::Connection>();
-  connection->CursorLocation(ado::adUseClient);
-  connection->Open(*settings);
-  return connection;
-}
 
 }  // namespace
 
@@ -40,7 +30,7 @@ void PeriodDate::GetPeriodStartEnd(const std::string& connectionString, std::int
                                    std::int32_t period, collections::Date& startDate,
                                    collections::Date& endDate) {
   const auto command = com::make<ado::Command>();
-  command->ActiveConnection(openAccountSet(connectionString));
+  command->ActiveConnection(openAccountSet(connectionString, kProgId));
   command->CommandText(
       "select FStartDate, FEndDate from t_PeriodDate where FYear = ? and FPeriod = ?");
   command->AppendParameter(ado::adInteger, 0, year);

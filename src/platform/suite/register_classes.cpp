@@ -2,8 +2,11 @@
 // the platform library is loaded. A real sibling registered under the same ProgID
 // in the process takes its place.
 
+#include "platform/suite/data_access.h"
 #include "platform/suite/period_date.h"
 #include "platform/suite/resource_loader.h"
+#include "platform/suite/security_info.h"
+#include "platform/suite/system_profile.h"
 #include "velmora/com/class_table.h"
 
 namespace velmora::suite {
@@ -20,6 +23,9 @@ void registerSibling() {
 [[gnu::constructor]] void registerSiblings() {
   registerSibling<ResourceLoader>();
   registerSibling<PeriodDate>();
+  registerSibling<SecurityInfo>();
+  registerSibling<DataAccess>();
+  registerSibling<SystemProfile>();
 }
 
 }  // namespace
