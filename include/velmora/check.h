@@ -28,9 +28,14 @@ class _clsCheck : public com::IDispatch {
                                  collections::Date dNewBeginDate,
                                  collections::Date dNewEndDate) = 0;
 
-  /// The customers, suppliers and other items without valid control accounts: a
-  /// recordset FID, FErrType, FErrInfo, FKey, or nothing when the check could not
-  /// run. A non-zero `lClassTypeID` answers no rows at once.
+  /// The customers, suppliers, departments, employees and items of the classes that the
+  /// settings FItemClassAR... and FItemClassAP... name that lack one of their accounts
+  /// or, when the setting FCheckAccount is 1, have one without control attribute: a
+  /// recordset FID (1, 2, 3 ...), FErrType (severity), FErrInfo, FKey (name of the item
+  /// class), or nothing when the check could not run. A class whose table is missing or
+  /// lacks the account columns is one serious finding, and its records are not asked
+  /// for. Texts longer than their field (300, FKey 100) are cut to it. A non-zero
+  /// `lClassTypeID` answers no rows at once.
   virtual com::Ref<com::IUnknown> CheckValidAccount(const std::string& sDsn,
                                                     std::int32_t lClassTypeID = 0) = 0;
 

@@ -1,5 +1,7 @@
 #include "common/sql_lines.h"
 
+#include "frame/call/text.h"
+
 namespace velmora {
 
 SqlLines& SqlLines::line(std::string_view text) {
@@ -10,6 +12,11 @@ SqlLines& SqlLines::line(std::string_view text) {
 
 SqlLines& SqlLines::lineIf(bool condition, std::string_view text) {
   return condition ? line(text) : *this;
+}
+
+SqlLines& SqlLines::lines(std::string_view text) {
+  while (!text.empty()) line(cutAt(text, '\n'));
+  return *this;
 }
 
 std::string joined(const std::vector<std::string>& parts, std::string_view separator) {

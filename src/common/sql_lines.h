@@ -12,6 +12,8 @@ class SqlLines {
   SqlLines& line(std::string_view text);
   /// A line of the text only where `condition` holds.
   SqlLines& lineIf(bool condition, std::string_view text);
+  /// The lines of `text`, which end with a line feed each but for the last.
+  SqlLines& lines(std::string_view text);
   const std::string& text() const noexcept { return text_; }
 
  private:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/call/call_setup.h"
 #include "frame/live_objects.h"
 #include "velmora/check.h"
 #include "velmora/com/dispatch_table.h"
@@ -19,6 +20,7 @@ class clsCheck final : public com::DispatchObject<clsCheck, _clsCheck> {
 
  private:
   LiveObject live_;
+  CallSetup call_;
 };
 
 }  // namespace velmora

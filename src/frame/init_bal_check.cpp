@@ -3,6 +3,7 @@
 #include "checks/closing/check_item_list.h"
 #include "checks/closing/closing_data_check.h"
 #include "checks/closing/query_builders.h"
+#include "checks/period/initial_data_check.h"
 #include "frame/call/operation.h"
 #include "frame/get_data.h"
 #include "frame/not_implemented.h"
@@ -23,6 +24,21 @@ std::string buildQuery(Builder build, const DictionaryRef& dFilter) {
 }
 
 }  // namespace
+
+bool clsInitBalCheck::CheckInitData(const std::string& sDsn, const DictionaryRef& dFilter,
+                                    Result& rsReturn) {
+  return runOperation(
+      Voting::votes,
+      [&](Place&) {
+        call_.PrepareDataSource(sDsn);
+        rsReturn = period::checkInitData(call_.dataSource(), given(dFilter, "dFilter"));
+        return true;
+      },
+      [&] {
+        rsReturn = nullptr;
+        return false;
+      });
+}
 
 bool clsInitBalCheck::CheckClosingData(const std::string& sDsn, const DictionaryRef& dOption,
                                        Result& rsReturn, bool& bCanClose) {
@@ -90,10 +106,6 @@ std::string clsInitBalCheck::GetUnAuditArpBillStr(DictionaryRef& dFilter) {
 
 std::string clsInitBalCheck::GetNoBillVoucherStr(DictionaryRef& dFilter) {
   return buildQuery(closing::GetNoBillVoucherStr, dFilter);
-}
-
-bool clsInitBalCheck::CheckInitData(const std::string&, const DictionaryRef&, Result&) {
-  raiseNotImplemented("clsInitBalCheck", "CheckInitData");
 }
 
 Result clsInitBalCheck::GetClosingAmtCheck(const std::string&, DictionaryRef&) {
