@@ -1,12 +1,13 @@
 #include "frame/init_bal_check.h"
 
+#include "checks/amount/amount_check.h"
+#include "checks/amount/amount_statements.h"
 #include "checks/closing/check_item_list.h"
 #include "checks/closing/closing_data_check.h"
 #include "checks/closing/query_builders.h"
 #include "checks/period/initial_data_check.h"
 #include "frame/call/operation.h"
 #include "frame/get_data.h"
-#include "frame/not_implemented.h"
 
 namespace velmora {
 
@@ -21,6 +22,19 @@ std::string buildQuery(Builder build, const DictionaryRef& dFilter) {
   return runOperation(
       Voting::abstains, [&](Place&) { return build(given(dFilter, "dFilter")); },
       [] { return std::string(); });
+}
+
+/// A writer of statements as a public operation: without a data source, so that no
+/// caller's access rules apply; false instead of a failure.
+template <class Writer>
+bool writeStatements(Writer write, const DictionaryRef& dFilter) {
+  return runOperation(
+      Voting::abstains,
+      [&](Place&) {
+        write(nullptr, given(dFilter, "dFilter"));
+        return true;
+      },
+      [] { return false; });
 }
 
 }  // namespace
@@ -108,20 +122,34 @@ std::string clsInitBalCheck::GetNoBillVoucherStr(DictionaryRef& dFilter) {
   return buildQuery(closing::GetNoBillVoucherStr, dFilter);
 }
 
-Result clsInitBalCheck::GetClosingAmtCheck(const std::string&, DictionaryRef&) {
-  raiseNotImplemented("clsInitBalCheck", "GetClosingAmtCheck");
+Result clsInitBalCheck::GetClosingAmtCheck(const std::string& sDsn, DictionaryRef& dFilter) {
+  return runOperation(
+      Voting::abstains,
+      [&](Place& place) {
+        call_.PrepareDataSource(sDsn);
+        return Result(
+            amount::getClosingAmtCheck(call_.dataSource(), sDsn, given(dFilter, "dFilter"), place));
+      },
+      [] { return nullptr; });
 }
 
-Result clsInitBalCheck::GetInitAmtCheck(const std::string&, DictionaryRef&) {
-  raiseNotImplemented("clsInitBalCheck", "GetInitAmtCheck");
+Result clsInitBalCheck::GetInitAmtCheck(const std::string& sDsn, DictionaryRef& dFilter) {
+  return runOperation(
+      Voting::abstains,
+      [&](Place& place) {
+        call_.PrepareDataSource(sDsn);
+        return Result(
+            amount::getInitAmtCheck(call_.dataSource(), sDsn, given(dFilter, "dFilter"), place));
+      },
+      [] { return nullptr; });
 }
 
-bool clsInitBalCheck::GetClosingCheckDataSql(DictionaryRef&) {
-  raiseNotImplemented("clsInitBalCheck", "GetClosingCheckDataSql");
+bool clsInitBalCheck::GetClosingCheckDataSql(DictionaryRef& dFilter) {
+  return writeStatements(amount::GetClosingCheckDataSql, dFilter);
 }
 
-bool clsInitBalCheck::GetAmtCheckDataSql(DictionaryRef&) {
-  raiseNotImplemented("clsInitBalCheck", "GetAmtCheckDataSql");
+bool clsInitBalCheck::GetAmtCheckDataSql(DictionaryRef& dFilter) {
+  return writeStatements(amount::GetAmtCheckDataSql, dFilter);
 }
 
 }  // namespace velmora
