@@ -27,7 +27,7 @@ class _clsPublic : public com::IDispatch {
   /// `lCheckAmtFor`: 0, rows carry a foreign and a local amount; 1, one amount only.
   /// `lCheckWithQty`: not 0, quantities are settled too (mode 0 only). `dDictSwitch`:
   /// grouping, column of rsSrcBill → column with the group key; nothing or empty: one
-  /// group. `sDsn` is read for the local currency's decimals. False: a group failed;
+  /// group. `sDsn`: the account set must be reachable; empty: none is asked. False: a group failed;
   /// what was settled before stays. Votes on the transaction.
   virtual bool AmtSettlement(const std::string& sDsn, ado::RecordsetRef& rsSrcBill,
                              ado::RecordsetRef& rsDestBill, collections::VectorRef& rsChkInfo,

@@ -4,6 +4,7 @@
 #include "frame/call/operation.h"
 #include "frame/get_data.h"
 #include "frame/not_implemented.h"
+#include "settlement/amount_settlement.h"
 
 namespace velmora {
 
@@ -26,9 +27,18 @@ Date clsPublic::GetCurFincDate(const std::string& sDsn, bool bArp) {
       [] { return Date::today(); });
 }
 
-bool clsPublic::AmtSettlement(const std::string&, RecordsetRef&, RecordsetRef&, VectorRef&,
-                              std::int32_t, std::int32_t, const DictionaryRef&) {
-  raiseNotImplemented("clsPublic", "AmtSettlement");
+bool clsPublic::AmtSettlement(const std::string& sDsn, RecordsetRef& rsSrcBill,
+                              RecordsetRef& rsDestBill, VectorRef& rsChkInfo,
+                              std::int32_t lCheckAmtFor, std::int32_t lCheckWithQty,
+                              const DictionaryRef& dDictSwitch) {
+  return runOperation(
+      Voting::votes,
+      [&](Place&) {
+        settlement::AmtSettlement(sDsn, rsSrcBill, rsDestBill, rsChkInfo, lCheckAmtFor,
+                                  lCheckWithQty, dDictSwitch);
+        return true;
+      },
+      [] { return false; });
 }
 
 bool clsPublic::GetSwitchData(RecordsetRef&, const VectorRef&, std::string&, const DictionaryRef&) {

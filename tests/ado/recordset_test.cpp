@@ -78,8 +78,11 @@ TEST(Recordset, MovesBetweenItsEnds) {
   expectError(kAdoNoCurrentRow, "EOF", [&] { rs->MoveNext(); });
   expectError(kAdoNoCurrentRow, "no current row", [&] { rs->GetValue(0); });
   expectError(kAdoNoCurrentRow, "no current row", [&] { rs->Fields()("FID").Value(); });
+  expectError(kAdoNoCurrentRow, "no current row", [&] { rs->GetRow(); });
   rs->MovePrevious();
   EXPECT_EQ(rs->GetValue(0).toInt32(), 2);
+  EXPECT_EQ(rs->GetRow().size(), rs->fieldCount());
+  EXPECT_EQ(rs->GetRow()[0].toInt32(), 2);
   rs->MovePrevious();
   rs->MovePrevious();
   EXPECT_TRUE(rs->BOF());

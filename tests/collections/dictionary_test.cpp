@@ -71,13 +71,14 @@ TEST(Dictionary, ClonesShareKeysUntilOneOfThemChangesThem) {
     const auto clone = original->Clone();
     clone->Set("fcolumn1", "changed");
     clone->SetItem(0, "set");
-    EXPECT_EQ(&clone->Key(0), &original->Key(0)) << "values alone must not copy the keys";
+    EXPECT_TRUE(clone->SharesKeys(*original)) << "values alone must not copy the keys";
     EXPECT_EQ(original->Value("FColumn0").toInt32(), 0);
     EXPECT_EQ(original->Value("FColumn1").toInt32(), 1);
 
     const std::string before = contents(*original);
     clone->Set("extra", 1);
     clone->Remove("FColumn0");
+    EXPECT_FALSE(clone->SharesKeys(*original));
     EXPECT_EQ(contents(*original), before);
     EXPECT_FALSE(original->Lookup("extra"));
     EXPECT_FALSE(clone->Lookup("FColumn0"));
@@ -87,6 +88,14 @@ TEST(Dictionary, ClonesShareKeysUntilOneOfThemChangesThem) {
     EXPECT_EQ(original->Count(), 0U);
     EXPECT_EQ(contents(*second), before) << "a clone outlives the original's keys";
   }
+}
+
+TEST(Dictionary, ClonesTakeOtherValues) {
+  const auto original = row(3);
+  const auto other = original->CloneWith({"a", 2, Variant()});
+  EXPECT_TRUE(other->SharesKeys(*original));
+  EXPECT_EQ(contents(*other), "FColumn0=a;FColumn1=2;FColumn2=;");
+  EXPECT_EQ(original->Value("FColumn0").toInt32(), 0);
 }
 
 TEST(Dictionary, HoldsAHundredThousandKeys) {

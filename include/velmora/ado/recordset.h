@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -168,6 +169,8 @@ class Recordset final : public com::Object<com::IUnknown> {
   std::size_t fieldIndex(std::string_view name) const;
   /// Valid until a row is added or the cell changes.
   const Variant& GetValue(std::size_t field) const;
+  /// The current row's cells in the order of the fields; valid until a row is added.
+  std::span<const Variant> GetRow() const;
   /// Converts to the column's type (numbers from text, decimals rounded to the
   /// column's scale, texts longer than the column refused) or raises
   /// kAdoDataConversion naming column and value; kAdoNotSupported when read-only.

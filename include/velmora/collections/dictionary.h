@@ -48,6 +48,11 @@ class Dictionary final : public com::Object<com::IUnknown> {
 
   /// A new dictionary with the same entries; shares the keys.
   com::Ref<Dictionary> Clone() const;
+  /// A new dictionary with the same keys, shared, and these values in their order, one
+  /// for each key.
+  com::Ref<Dictionary> CloneWith(std::vector<Variant> values) const;
+  /// Whether the two share their keys, so that positions found in one hold in the other.
+  bool SharesKeys(const Dictionary& other) const noexcept { return keys_ == other.keys_; }
 
  private:
   class Keys;

@@ -3,7 +3,9 @@
 #include <string>
 #include <utility>
 
+#include "velmora/ado/recordset.h"
 #include "velmora/collections/dictionary.h"
+#include "velmora/collections/vector.h"
 #include "velmora/com/context.h"
 #include "velmora/com/error.h"
 
@@ -41,8 +43,9 @@ auto runOperation(Voting voting, Body body, OnFailure onFailure) {
 /// sets `place` to where that was; `operation` names it when it left no reason.
 [[noreturn]] void raiseReasonOf(std::string_view operation, Place& place);
 
-/// The dictionary behind an argument; kInvalidArgument naming the argument when it is
-/// nothing.
+// The object behind an argument; kInvalidArgument naming the argument when it is nothing.
 collections::Dictionary& given(const collections::DictionaryRef& argument, std::string_view name);
+collections::Vector& given(const collections::VectorRef& argument, std::string_view name);
+ado::Recordset& given(const ado::RecordsetRef& argument, std::string_view name);
 
 }  // namespace velmora

@@ -281,6 +281,10 @@ const Variant& Recordset::GetValue(std::size_t field) const {
   return body_->store->cell(row, field);
 }
 
+std::span<const Variant> Recordset::GetRow() const {
+  return body_->store->cellsOf(currentRow());
+}
+
 void Recordset::SetValue(std::size_t field, const Variant& value) {
   requireWritable();
   const std::size_t row = currentRow();

@@ -13,7 +13,8 @@ RecordsetStore::RecordsetStore(Rowset rows)
     : rows_(std::move(rows)), indexes_(rows_.fields.size()) {
   for (std::size_t field = 0; field < fields().size(); ++field) indexName(field);
   views_.push_back(std::make_shared<RecordsetView>(std::string(), FilterCriteria()));
-  for (std::size_t row = 0; row < rows_.rowCount(); ++row) views_.front()->test(row, cellsOf(row));
+  for (std::size_t row = 0; row < rows_.rowCount(); ++row)
+    views_.front()->test(row, cellsOf(row).data());
 }
 
 void RecordsetStore::indexName(std::size_t field) {
@@ -41,14 +42,14 @@ void RecordsetStore::setCell(std::size_t row, std::size_t field, Variant value) 
   rows_.cells[row * fields().size() + field] = std::move(value);
   indexes_[field].cellChanged();
   for (const auto& view : views_)
-    if (view->criteria().reads(field)) view->test(row, cellsOf(row));
+    if (view->criteria().reads(field)) view->test(row, cellsOf(row).data());
 }
 
 std::size_t RecordsetStore::addRow() {
   const std::size_t row = rows_.rowCount();
   rows_.cells.resize(rows_.cells.size() + fields().size(), collections::Null{});
   for (EqualityIndex& index : indexes_) index.rowAdded();
-  for (const auto& view : views_) view->test(row, cellsOf(row));
+  for (const auto& view : views_) view->test(row, cellsOf(row).data());
   return row;
 }
 
@@ -78,11 +79,11 @@ void RecordsetStore::fill(RecordsetView& view) {
   const auto* candidates = fewestCandidates(view.criteria());
   if (candidates != nullptr && candidates->size() < wider.count()) {
     for (const std::size_t row : *candidates)
-      if (exists(row)) view.test(row, cellsOf(row));
+      if (exists(row)) view.test(row, cellsOf(row).data());
     return;
   }
   for (auto row = wider.firstFrom(0); row != RowSet::kNone; row = wider.firstFrom(row + 1))
-    view.test(row, cellsOf(row));
+    view.test(row, cellsOf(row).data());
 }
 
 const RecordsetView& RecordsetStore::smallestWider(const FilterCriteria& criteria) const {

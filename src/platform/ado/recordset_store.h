@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -28,6 +29,9 @@ class RecordsetStore {
   const Variant& cell(std::size_t row, std::size_t field) const noexcept {
     return rows_.cells[row * fields().size() + field];
   }
+  std::span<const Variant> cellsOf(std::size_t row) const noexcept {
+    return {rows_.cells.data() + row * fields().size(), fields().size()};
+  }
   bool exists(std::size_t row) const noexcept { return views_.front()->rows().contains(row); }
 
   /// Stores the value as it is; the views follow.
@@ -43,7 +47,6 @@ class RecordsetStore {
   using Views = std::vector<std::shared_ptr<RecordsetView>>;
 
   void indexName(std::size_t field);
-  const Variant* cellsOf(std::size_t row) const noexcept { return &cell(row, 0); }
   void fill(RecordsetView& view);
   const RecordsetView& smallestWider(const FilterCriteria& criteria) const;
   const EqualityIndex::Rows* fewestCandidates(const FilterCriteria& criteria);

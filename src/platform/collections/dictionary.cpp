@@ -1,5 +1,7 @@
 #include "velmora/collections/dictionary.h"
 
+#include <cassert>
+
 #include "platform/collections/dictionary_keys.h"
 #include "velmora/com/error.h"
 
@@ -83,6 +85,11 @@ std::optional<std::size_t> Dictionary::IndexOf(std::string_view key) const noexc
 
 com::Ref<Dictionary> Dictionary::Clone() const {
   return com::Ref<Dictionary>(new Dictionary(keys_, values_));
+}
+
+com::Ref<Dictionary> Dictionary::CloneWith(std::vector<Variant> values) const {
+  assert(values.size() == keys_->size());
+  return com::Ref<Dictionary>(new Dictionary(keys_, std::move(values)));
 }
 
 void* Dictionary::find(const com::Guid& iid) noexcept {

@@ -1,0 +1,179 @@
+#include "settlement/allocation.h"
+
+#include "settlement/base_currency.h"
+#include "settlement/rounding.h"
+
+namespace velmora::settlement {
+
+using collections::Decimal;
+
+namespace {
+
+/// The documents of two views settled against one another.
+class Allocation {
+ public:
+  Allocation(Settlement& settlement, const Side& first, const Side& second, Sign sign)
+      : settlement_(settlement),
+        first_(*first.rows),
+        second_(*second.rows),
+        firstColumns_(first, *settlement.dFields, *settlement.dCopyMap),
+        secondColumns_(second, *settlement.dFields, *settlement.dCopyMap),
+        inner_(first, firstColumns_),
+        outer_(second, secondColumns_),
+        sign_(sign) {}
+
+  void run() {
+    for (; !second_.EOF_() && first_.RecordCount() > 0; second_.MoveNext()) {
+      first_.MoveFirst();
+      settleOuter();
+    }
+  }
+
+ private:
+  /// Settles the outer document against the inner ones from the current on.
+  void settleOuter() {
+    Decimal openOuter = outer_.number(FRemainAmountFor);
+    while (!first_.EOF_() && !openOuter.isZero()) {
+      const Decimal openInner = inner_.number(FRemainAmountFor);
+      const Decimal innerSize = openInner.abs(), outerSize = openOuter.abs();
+      const bool bothDone = innerSize == outerSize;
+      PairAmounts innerAmounts, outerAmounts;
+      if (innerSize < outerSize) {
+        settle(inner_, innerAmounts, outer_, outerAmounts, openInner, 2, bothDone);
+        openOuter -= signed_(openInner);
+      } else {
+        settle(outer_, outerAmounts, inner_, innerAmounts, openOuter, 4, bothDone);
+        openOuter = 0;
+      }
+      settlement_.pairRows.append(innerAmounts, inner_, outerAmounts, outer_,
+                                  *settlement_.rsChkInfo);
+      if (!bothDone) first_.MoveNext();
+    }
+  }
+
+  /// Uses up the open amount `open` of one document on the other.
+  void settle(OpenDocument& usedUp, PairAmounts& usedUpAmounts, OpenDocument& other,
+              PairAmounts& otherAmounts, const Decimal& open, int usualPlaces, bool bothDone) {
+    settleAmounts(usedUp, usedUpAmounts, other, otherAmounts, open, bothDone);
+    if (settlesLocalAmounts()) settleLocalAmounts(usedUp, usedUpAmounts, other, otherAmounts);
+    if (settlesQuantities()) {
+      usedUpAmounts.checkQuantity = settleWholeQuantity(usedUp);
+      otherAmounts.checkQuantity = settleQuantityShare(other, open, usualPlaces, bothDone);
+    }
+    setRemaining(usedUp, usedUpAmounts);
+    setRemaining(other, otherAmounts);
+  }
+
+  void settleAmounts(OpenDocument& usedUp, PairAmounts& usedUpAmounts, OpenDocument& other,
+                     PairAmounts& otherAmounts, const Decimal& open, bool bothDone) {
+    usedUp.set(FCheckAmountFor, usedUp.number(FAmountFor));
+    usedUp.set(FRemainAmountFor, 0);
+    usedUp.markSettled();
+    usedUpAmounts.checkAmountFor = open;
+    const Decimal share = signed_(open);
+    other.add(FCheckAmountFor, share);
+    other.add(FRemainAmountFor, -share);
+    if (bothDone) other.markSettled();
+    otherAmounts.checkAmountFor = share;
+  }
+
+  /// The used-up document's local amount moves whole, whatever the exchange rates of
+  /// the two: no fraction of it may stay open on a settled document.
+  void settleLocalAmounts(OpenDocument& usedUp, PairAmounts& usedUpAmounts, OpenDocument& other,
+                          PairAmounts& otherAmounts) {
+    const auto move = [](OpenDocument& document, const Decimal& amount) {
+      document.add(FCheckAmount, amount);
+      document.add(FRemainAmount, -amount);
+      return amount;
+    };
+    const Decimal whole = usedUp.number(FRemainAmount);
+    usedUpAmounts.checkAmount = move(usedUp, whole);
+    otherAmounts.checkAmount = move(other, signed_(whole));
+  }
+
+  static Decimal settleWholeQuantity(OpenDocument& document) {
+    if (document.number(FQty).isZero()) return 0;
+    const Decimal open = document.number(FRemainQty);
+    document.set(FCheckQty, document.number(FQty));
+    document.set(FRemainQty, 0);
+    return open;
+  }
+
+  /// The quantity that `amount` pays for on a document, never more than is open.
+  Decimal settleQuantityShare(OpenDocument& document, const Decimal& amount, int usualPlaces,
+                              bool bothDone) const {
+    if (document.number(FQty).isZero()) return 0;
+    const Decimal open = document.number(FRemainQty);
+    Decimal share = signed_(quantityFor(document, amount, usualPlaces));
+    if (bothDone || share.abs() >= open.abs()) share = open;
+    document.add(FCheckQty, share);
+    document.add(FRemainQty, -share);
+    return share;
+  }
+
+  static Decimal quantityFor(const OpenDocument& document, const Decimal& amount, int usualPlaces) {
+    const int places = document.has(FQtyDecimal) ? document.places(FQtyDecimal) : usualPlaces;
+    if (document.has(FPrice)) {
+      const Decimal price = document.number(FPrice);
+      return price.isZero() ? 0 : roundedQuotient(amount, price, places);
+    }
+    // The price is the document's amount by its quantity.
+    const Decimal whole = document.number(FAmountFor);
+    return whole.isZero() ? 0 : roundedQuotient(amount * document.number(FQty), whole, places);
+  }
+
+  /// What is open after the pair; 0 where the mode has no columns.
+  static void setRemaining(const OpenDocument& document, PairAmounts& amounts) {
+    const auto remaining = [&document](DocumentField before, DocumentField settled) {
+      if (!document.has(before) || !document.has(settled)) return Decimal(0);
+      return document.number(before) - document.number(settled);
+    };
+    amounts.remainAmountFor = remaining(FBillRemainAmountFor, FCheckAmountFor);
+    amounts.remainAmount = remaining(FBillRemainAmount, FCheckAmount);
+    amounts.remainQuantity = remaining(FBillRemainQty, FCheckQty);
+  }
+
+  bool settlesLocalAmounts() const {
+    return settlement_.lCheckAmtFor == 0 && !outer_.number(FAmount).isZero();
+  }
+  bool settlesQuantities() const { return settlement_.lCheckWithQty != 0 && inner_.has(FQty); }
+
+  Decimal signed_(const Decimal& amount) const {
+    return sign_ == Sign::acrossSides ? amount : -amount;
+  }
+
+  Settlement& settlement_;
+  ado::Recordset &first_, &second_;
+  DocumentColumns firstColumns_, secondColumns_;
+  OpenDocument inner_, outer_;
+  Sign sign_;
+};
+
+void filter(ado::Recordset& rows, const std::string& restriction, const char* open) {
+  rows.Filter(restriction.empty() ? open : restriction + " and " + open);
+}
+
+/// An account set that cannot be reached stops a settlement before it changes anything.
+void askDatabase(Settlement& settlement) {
+  const std::string sDsn = settlement.dFields->Value("sDsn").toText();
+  if (settlement.databaseAsked || sDsn.empty()) return;
+  GetBaseCurrencyScale(sDsn);
+  settlement.databaseAsked = true;
+}
+
+}  // namespace
+
+void AllocatePair(Settlement& settlement, const Side& first, const Side& second, Sign sign,
+                  const std::string& firstFilter, const std::string& secondFilter) {
+  constexpr const char* kOpen = " FRemark = 0";
+  askDatabase(settlement);
+  filter(*first.rows, firstFilter, kOpen);
+  filter(*second.rows, secondFilter, kOpen);
+  if (first.rows->RecordCount() == 0 || second.rows->RecordCount() == 0) return;
+  Allocation(settlement, first, second, sign).run();
+  settlement.remaining.complete(*settlement.rsChkInfo);
+  first.rows->Filter(firstFilter);
+  second.rows->Filter(secondFilter);
+}
+
+}  // namespace velmora::settlement

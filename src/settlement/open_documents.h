@@ -1,0 +1,65 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "settlement/field_map.h"
+#include "velmora/ado/recordset.h"
+
+namespace velmora::settlement {
+
+/// One side of the settlement: its argument's name for messages, and its documents,
+/// which may be nothing.
+struct Side {
+  const char* name;
+  ado::RecordsetRef rows;
+};
+
+/// Where the columns of one side's documents are.
+struct DocumentColumns {
+  /// `fields`: column by logical name; `copyMap`: the columns that settlement rows take
+  /// over. Raises kAdoItemNotFound naming the side and a column that it lacks.
+  DocumentColumns(const Side& side, const collections::Dictionary& fields,
+                  const collections::Dictionary& copyMap);
+
+  std::array<std::optional<std::size_t>, kDocumentFields.size()> fields;
+  std::size_t FRemark;              ///< 0 open, 1 settled
+  std::vector<std::size_t> copies;  ///< one an entry of the copy map
+};
+
+/// The current document of a side within one run of the allocation.
+class OpenDocument {
+ public:
+  OpenDocument(const Side& side, const DocumentColumns& columns)
+      : side_(side), rows_(*side.rows), columns_(columns) {}
+
+  bool has(DocumentField field) const noexcept { return columns_.fields[field].has_value(); }
+  /// The number in the column; 0 when none is mapped. Raises naming document and column
+  /// when it holds no number.
+  collections::Decimal number(DocumentField field) const;
+  /// A number of decimals, 0 to 38. Raises as number().
+  int places(DocumentField field) const;
+
+  // Raise naming document and column when the column does not take the number.
+  void set(DocumentField field, const collections::Decimal& value);
+  void add(DocumentField field, const collections::Decimal& change);
+  void markSettled();
+
+  /// The columns for the settlement row.
+  const ado::Variant& copied(std::size_t entry) const {
+    return rows_.GetRow()[columns_.copies[entry]];
+  }
+
+ private:
+  void setCell(std::size_t column, const ado::Variant& value);
+  std::size_t column(DocumentField field) const { return *columns_.fields[field]; }
+  std::string described(std::size_t column) const;
+
+  const Side& side_;
+  ado::Recordset& rows_;
+  const DocumentColumns& columns_;
+};
+
+}  // namespace velmora::settlement
