@@ -101,6 +101,9 @@ std::unique_ptr<CLI::App> makeProgram(Run& chosen) {
   program->require_subcommand(1);
   addDemo(*program, chosen);
   addCloseCheck(*program, chosen);
+  addInitCheck(*program, chosen);
+  addAccountCheck(*program, chosen);
+  addPeriodChange(*program, chosen);
   addFinDate(*program, chosen);
   addSql(*program, chosen);
   addCall(*program, chosen);

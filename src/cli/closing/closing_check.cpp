@@ -92,25 +92,7 @@ DictionaryRef vouchersWithoutDocuments(_clsInitBalCheck& checks, const Session& 
   throw Failure("the component offers no check for vouchers without documents");
 }
 
-Severity severityOf(const std::string& text, const std::string& seriousText) {
-  return text.find(seriousText) != std::string::npos ? Severity::serious : Severity::warning;
-}
-
-/// The text of a serious error in the findings' language, from the suite's messages.
-std::string seriousErrorText(const std::string& language) {
-  const std::string key = "严重错误";
-  if (language == "chs") return key;
-  try {
-    const auto loader = com::CreateObject("Q8RESLOADER.Loader");
-    loader->PutProperty("ResFileBaseName", "Q8ArAp");
-    loader->PutProperty("LanguageID", language);
-    return com::call(*loader, "LoadString", key).toText();
-  } catch (const com::Error&) {
-    return key;  // an untranslated finding carries the key itself
-  }
-}
-
-void addFindings(ClosingReport& report, ado::Recordset& rows, const std::string& seriousText) {
+void addRows(ClosingReport& report, ado::Recordset& rows, const std::string& seriousText) {
   for (; !rows.EOF_(); rows.MoveNext()) {
     const auto text = [&](const char* column) {
       return rows.GetValue(rows.fieldIndex(column)).toText();
@@ -163,7 +145,7 @@ ClosingReport runClosingCheck(const Session& session, const ClosingOptions& opti
     failFromErrorInfo("the closing check");
   ClosingReport report{options.receivables, options.period, mayClose, {}};
   const std::string seriousText = seriousErrorText(session.language());
-  addFindings(report, *rows.as<ado::Recordset>(), seriousText);
+  addRows(report, *rows.as<ado::Recordset>(), seriousText);
   if (!options.accountIds.empty())
     addVouchersWithoutDocuments(report, *checks, session, options, seriousText);
   return report;

@@ -8,6 +8,9 @@ namespace velmora::cli {
 // becomes what runs it.
 void addDemo(CLI::App& program, Run& chosen);
 void addCloseCheck(CLI::App& program, Run& chosen);
+void addInitCheck(CLI::App& program, Run& chosen);
+void addAccountCheck(CLI::App& program, Run& chosen);
+void addPeriodChange(CLI::App& program, Run& chosen);
 void addFinDate(CLI::App& program, Run& chosen);
 void addSql(CLI::App& program, Run& chosen);
 void addCall(CLI::App& program, Run& chosen);

@@ -21,6 +21,7 @@ struct Options {
   std::string file;
   std::int64_t documents = 0;  // 0: the small set
   std::uint64_t seed = 1;
+  bool empty = false;
   bool force = false;
 };
 
@@ -48,6 +49,10 @@ class Rate {
 demo::PlantedFindings fill(const Options& options, const std::string& file, Streams& streams) {
   const auto connection = com::make<ado::Connection>();
   connection->Open(embeddedConnectString(file, "Create"));
+  if (options.empty) {
+    demo::createEmptySet(*connection);
+    return {};
+  }
   if (options.documents == 0) return demo::createSmallSet(*connection);
   const bool terminal = errorIsTerminal();
   ProgressLine line(streams.err, terminal);
@@ -74,8 +79,9 @@ int createDemo(const Options& options, Streams& streams) {
   NewFile file(options.file, options.force);
   const auto planted = fill(options, file.unfinished(), streams);
   file.complete();
-  writePlanted(streams.out, planted);
-  streams.err << "\nNext: velmora close-check --db " << options.file << " --lang EN\n";
+  if (!options.empty) writePlanted(streams.out, planted);
+  streams.err << "\nNext: velmora " << (options.empty ? "init-check" : "close-check") << " --db "
+              << options.file << " --lang EN\n";
   return kOk;
 }
 
@@ -93,17 +99,21 @@ void addDemo(CLI::App& program, Run& chosen) {
       "  velmora demo create demo.db\n"
       "  velmora demo create large.db --documents 100000 --seed 7\n"
       "\n"
-      "Prints how many findings of each kind were planted.");
+      "Prints how many findings of each kind were planted for close-check.");
   command->add_option("FILE", options->file, "The file to make")->type_name("")->required();
-  command
-      ->add_option("--documents", options->documents,
-                   "Documents of each side; without it the small set is made")
-      ->option_text("N")
-      ->check(CLI::Range(std::int64_t{1}, std::int64_t{10'000'000}));
+  auto* documents = command
+                        ->add_option("--documents", options->documents,
+                                     "Documents of each side; without it the small set is made")
+                        ->option_text("N")
+                        ->check(CLI::Range(std::int64_t{1}, std::int64_t{10'000'000}));
   command
       ->add_option("--seed", options->seed,
                    "With --documents: the same seed makes the same account set (1)")
       ->option_text("S");
+  command
+      ->add_flag("--empty", options->empty,
+                 "An account set in which nothing has been entered yet, for init-check")
+      ->excludes(documents);
   command->add_flag("--force", options->force, "Replace the file if it exists");
   command->callback([options, &chosen] {
     chosen = [options](Streams& streams) { return createDemo(*options, streams); };

@@ -139,6 +139,10 @@ int partnersFor(std::int64_t documents) {
 
 }  // namespace
 
+void createEmptySet(ado::Connection& connection) {
+  runScripts(connection, schemaScripts());
+}
+
 PlantedFindings createSmallSet(ado::Connection& connection) {
   return create(connection, {.documents = kSmallDocuments, .seed = kSmallSeed, .progress = {}},
                 kSmallPartners);

@@ -30,6 +30,10 @@ struct GenerateOptions {
   std::function<void(std::int64_t done, std::int64_t total)> progress;
 };
 
+/// Fills an empty, writable database with the tables of an account set in which nothing
+/// has been entered. Raises com::Error.
+void createEmptySet(ado::Connection& connection);
+
 /// Fills an empty, writable database with the tables of an account set and the
 /// small demonstration set. Raises com::Error.
 PlantedFindings createSmallSet(ado::Connection& connection);

@@ -29,6 +29,11 @@ constexpr std::array<Name, 2> kTrades{
 constexpr std::array<Currency, kCurrencyCycle> kCurrencies{kRenminbi, kRenminbi, kRenminbi,
                                                            kHongKongDollar, kUsDollar};
 
+// Partners whose record lacks their trade account, or has one that no sub-system
+// controls. Documents carry the right account all the same.
+constexpr int kWithoutAccount = 8;
+constexpr int kWithUncontrolledAccount = 9;
+
 // Item ids: customers from here on, suppliers from a range of their own.
 constexpr int kFirstCustomer = 1001;
 constexpr int kFirstSupplier = 50'000'001;
@@ -47,6 +52,13 @@ Partner partnerAt(const SideTerms& side, int index) {
           .currency = kCurrencies[static_cast<std::size_t>(index % kCurrencyCycle)],
           .department = side.receivables() ? 101 : 102,
           .employee = side.receivables() ? 201 + index % 2 : 203};
+}
+
+/// The trade account on the partner's record: `trade` unless it is at fault, then 0 or
+/// the account of bills, `bills`.
+int recordedAccount(int index, int trade, int bills) {
+  if (index == kWithoutAccount) return 0;
+  return index == kWithUncontrolledAccount ? bills : trade;
 }
 
 }  // namespace
@@ -71,8 +83,10 @@ std::vector<Partner> enterPartners(ado::ProviderConnection& connection, const Si
     const std::string english = nameOf(side, index, &Name::english);
     items.row(partner.id, side.itemClass, number, simplified, traditional, english);
     accounts.row(partner.id, number, simplified, traditional, english, partner.department,
-                 partner.employee, partner.currency.id, 1122, 2202, side.advance, 2203, 1123, 1221,
-                 2241, 2221);
+                 partner.employee, partner.currency.id,
+                 side.receivables() ? recordedAccount(index, 1122, 1121) : 1122,
+                 side.receivables() ? 2202 : recordedAccount(index, 2202, 2201), side.advance, 2203,
+                 1123, 1221, 2241, 2221);
     details.row(partner.id, side.itemClass, partner.id);
     partners.push_back(partner);
   }
