@@ -27,6 +27,7 @@ constexpr const char* kExamples =
     "  velmora demo create demo.db\n"
     "  velmora close-check --db demo.db --lang EN\n"
     "  velmora close-check --db demo.db --side ap --year 2009 --period 3 --format csv\n"
+    "  velmora reconcile period --db demo.db --only-differences\n"
     "  velmora sql --db demo.db \"select FNumber, FName from t_Account\"\n"
     "\n"
     "Exit status: 0 ran and nothing blocks, 1 ran and something blocks, 2 the command\n"
@@ -104,6 +105,7 @@ std::unique_ptr<CLI::App> makeProgram(Run& chosen) {
   addInitCheck(*program, chosen);
   addAccountCheck(*program, chosen);
   addPeriodChange(*program, chosen);
+  addReconcile(*program, chosen);
   addFinDate(*program, chosen);
   addSql(*program, chosen);
   addCall(*program, chosen);

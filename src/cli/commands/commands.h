@@ -11,6 +11,7 @@ void addCloseCheck(CLI::App& program, Run& chosen);
 void addInitCheck(CLI::App& program, Run& chosen);
 void addAccountCheck(CLI::App& program, Run& chosen);
 void addPeriodChange(CLI::App& program, Run& chosen);
+void addReconcile(CLI::App& program, Run& chosen);
 void addFinDate(CLI::App& program, Run& chosen);
 void addSql(CLI::App& program, Run& chosen);
 void addCall(CLI::App& program, Run& chosen);

@@ -13,6 +13,13 @@ class ResultRows {
   ResultRows& textColumn(std::string name) { return column(std::move(name), ado::adVarWChar, -1); }
   ResultRows& countColumn(std::string name) { return column(std::move(name), ado::adInteger, 4); }
 
+  /// Amounts keep their decimals as given.
+  ResultRows& amountColumn(std::string name) { return column(std::move(name), ado::adDecimal, 19); }
+
+  ResultRows& add(const collections::Decimal& amount) {
+    rows_.cells.emplace_back(amount);
+    return *this;
+  }
   ResultRows& add(std::string_view text) {
     rows_.cells.emplace_back(text);
     return *this;

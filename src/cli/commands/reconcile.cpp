@@ -1,0 +1,170 @@
+#include <fmt/format.h>
+#include <ostream>
+
+#include "cli/commands/commands.h"
+#include "cli/component.h"
+#include "cli/failure.h"
+#include "cli/options.h"
+#include "cli/reconcile/comparison_report.h"
+
+namespace velmora::cli {
+
+namespace {
+
+struct Options {
+  AccountSetOptions accountSet;
+  ReconcileOptions reconcile;
+  Format format = Format::table;
+  bool onlyDifferences = false, showSql = false;
+};
+
+constexpr std::pair<const char*, const char*> kStatements[] = {
+    {"work tables", "Chk_CreateTable"},
+    {"receivables or payables", "Chk_InitArpAmt"},
+    {"general ledger", "Chk_InitGlAmt"},
+    {"differences, totals and names", "Chk_UpdateTable"}};
+
+void writeStatements(std::ostream& err, const collections::Dictionary& filter) {
+  for (const auto& [caption, key] : kStatements)
+    err << "-- " << caption << '\n' << filter.Value(key).toText() << "\n\n";
+}
+
+std::string title(const Reconciliation& reconciliation) {
+  const ReconcileOptions& options = reconciliation.options;
+  std::string accounts;
+  for (const std::string& account : options.accounts)
+    accounts += (accounts.empty() ? "" : ",") + account;
+  return fmt::format(
+      "{} {}, {}, accounts {}", options.receivables ? "Receivables" : "Payables",
+      toString(options.period),
+      reconciliation.currency.id == 0 ? "all currencies" : reconciliation.currency.name, accounts);
+}
+
+void writeResult(Streams& streams, const Reconciliation& reconciliation,
+                 const ComparisonSummary& summary, Format format) {
+  const std::string verdict = title(reconciliation) + ": " + summary.text + ".";
+  if (format == Format::table) {
+    const Style style = Style::forOutput();
+    writeComparison(streams.out, reconciliation, style);
+    streams.out << (summary.differing == 0 ? style.good(verdict) : style.serious(verdict)) << '\n';
+    return;
+  }
+  if (format == Format::csv)
+    writeCsv(streams.out, *reconciliation.rows);
+  else
+    writeComparisonJson(streams.out, reconciliation, summary);
+  streams.err << verdict << '\n';
+}
+
+int runReconcile(const Options& options, Streams& streams) {
+  activateComponent();
+  const Session session(options.accountSet);
+  requireAccountSet(session.connection());
+  ReconcileOptions asked = options.reconcile;
+  asked.receivables = options.accountSet.receivables;
+  Reconciliation reconciliation = reconcile(session, asked);
+  if (options.showSql) writeStatements(streams.err, *reconciliation.filter);
+  if ((asked.estimates || asked.outsourcing) && reconciliation.currency.id > 1)
+    streams.err << "note: estimates are kept in local currency; they do not count here\n";
+  const ComparisonSummary summary = summaryOf(reconciliation);
+  if (options.onlyDifferences) keepDifferences(reconciliation);
+  writeResult(streams, reconciliation, summary, options.format);
+  return summary.differing == 0 ? kOk : kBlocked;
+}
+
+void addPeriodOptions(CLI::App& command, ReconcileOptions& options) {
+  auto* year = command
+                   .add_option("--year", options.period.year,
+                               "Fiscal year; if absent the current one, for initial the "
+                               "first one in use")
+                   ->option_text("YEAR")
+                   ->check(CLI::Range(1900, 9999));
+  auto* period = command.add_option("--period", options.period.period, "Period of that year")
+                     ->option_text("PERIOD")
+                     ->check(CLI::Range(1, 99));
+  year->needs(period);
+  period->needs(year);
+}
+
+void addScopeOptions(CLI::App& command, ReconcileOptions& options) {
+  command
+      .add_option("--accounts", options.accounts,
+                  "Control accounts; in closing a leading \"-\" subtracts one; those of the "
+                  "side's document types and contacts if absent")
+      ->option_text("NUMBER,...")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  command
+      .add_option("--currency", options.currency,
+                  "Currency number or id; 0 takes all currencies together (0)")
+      ->option_text("CURRENCY");
+  command
+      .add_option("--item-class", options.itemClass,
+                  "Class of the contacts (1 customers for ar, 8 suppliers for ap)")
+      ->option_text("ID")
+      ->check(CLI::PositiveNumber);
+  command.add_option("--items", options.items, "Range of item numbers; either end may be open")
+      ->option_text("FROM..TO");
+}
+
+void addContentOptions(CLI::App& command, Options& options) {
+  ReconcileOptions& reconcile = options.reconcile;
+  command.add_flag("--detail,!--no-detail", reconcile.detail,
+                   "A row for every contact with totals (the default), or totals alone");
+  command.add_flag("--unposted", reconcile.unposted, "The ledger takes unposted vouchers too");
+  command.add_flag("--estimates", reconcile.estimates,
+                   "Payables include goods received whose invoice has not come");
+  command.add_flag("--outsourcing", reconcile.outsourcing,
+                   "Payables include outsourced processing whose invoice has not come");
+  command.add_flag("--by-currency", reconcile.byCurrency,
+                   "A row for every foreign currency, with --no-detail");
+  command.add_flag("--only-differences", options.onlyDifferences, "Only rows that differ");
+}
+
+void addComparison(CLI::App& parent, Run& chosen, Comparison comparison, const char* name,
+                   const char* description) {
+  auto options = std::make_shared<Options>();
+  options->reconcile.comparison = comparison;
+  CLI::App* command = parent.add_subcommand(name, description);
+  command->footer(
+      fmt::format("Examples:\n"
+                  "  velmora reconcile {0} --db demo.db --only-differences\n"
+                  "  velmora reconcile {0} --db demo.db --side ap --no-detail\n"
+                  "\n"
+                  "Exit status 1: something differs.",
+                  name));
+  addConnectionOptions(*command, options->accountSet);
+  addSideOption(*command, options->accountSet);
+  addPeriodOptions(*command, options->reconcile);
+  addScopeOptions(*command, options->reconcile);
+  addContentOptions(*command, *options);
+  addLanguageOption(*command, options->accountSet);
+  addFormatOption(*command, options->format);
+  command->add_flag("--show-sql", options->showSql, "Print the statements on standard error");
+  command->callback([options, &chosen] {
+    chosen = [options](Streams& streams) { return runReconcile(*options, streams); };
+  });
+}
+
+}  // namespace
+
+void addReconcile(CLI::App& program, Run& chosen) {
+  CLI::App* command = program.add_subcommand(
+      "reconcile", "Compare receivables or payables with the general ledger");
+  command->footer(
+      "Examples:\n"
+      "  velmora reconcile initial --db demo.db\n"
+      "  velmora reconcile period --db demo.db --year 2009 --period 2 --only-differences\n"
+      "  velmora reconcile closing --db demo.db --side ap --accounts 2202,-1123 --format csv\n"
+      "\n"
+      "Exit status 1: something differs.");
+  command->require_subcommand(1);
+  addComparison(*command, chosen, Comparison::initial, "initial",
+                "Initial data against the ledger's opening balances");
+  addComparison(*command, chosen, Comparison::period, "period",
+                "Balances and movements of a period, account by account");
+  addComparison(*command, chosen, Comparison::closing, "closing",
+                "One side as a whole against a list of accounts");
+}
+
+}  // namespace velmora::cli
