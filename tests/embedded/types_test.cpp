@@ -105,6 +105,27 @@ TEST_F(Types, DeclarationsWorkAfterReopening) {
   EXPECT_THAT(failure(*writer, "insert into t(n) values('toolong')"), testing::HasSubstr("8152"));
 }
 
+// What is unique decides how an update finds its values.
+TEST_F(Types, UniqueIndexesAreKnownAsLongAsTheyExist) {
+  create(
+      "create table t(FID int, n varchar(5), [a name] int, unique ([a name], n));"
+      "create unique index i on t(n); create unique index j on t(FID); drop index i on t");
+  const auto writer = open("ReadWrite");
+  run(*writer,
+      "create table #w(k varchar(5), m int, a int default(0)); insert into #w(m) values(1)");
+  const auto meetsOneRow = [&](const std::string& condition) {
+    run(*writer, "update w set a = t.FID from #w w left join t on " + condition);
+    return writer->lastNativeSql().find("DISTINCT") == std::string::npos;
+  };
+  EXPECT_TRUE(meetsOneRow("t.FID = w.m"));
+  EXPECT_TRUE(meetsOneRow("t.n = w.k and t.[a name] = 2"));
+  EXPECT_FALSE(meetsOneRow("t.n = w.k"));
+  run(*writer, "create unique index i on t(n)");
+  EXPECT_TRUE(meetsOneRow("t.n = w.k"));
+  run(*writer, "begin transaction; drop index j on t; create unique index #k on #w(m); rollback");
+  EXPECT_TRUE(meetsOneRow("t.FID = w.m"));
+}
+
 TEST_F(Types, ManyRowsKeepTheirOrderAndNulls) {
   const auto connection = inMemory();
   run(*connection, "create table #t(a int, n varchar(30))");

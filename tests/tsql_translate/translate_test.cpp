@@ -15,8 +15,9 @@ using testing::Not;
 
 constexpr std::string_view kTables = R"(
 create table t_account(FAccountID int primary key, FNumber varchar(30), FName nvarchar(40))
+create table t_item(FItemID int, FClass int, FNumber varchar(80), unique (FClass, FNumber))
 create table t_balance(FYear int, FAccountID int, FAmount decimal(28,4), FRate float)
-create table #work(FID int identity primary key, FAcctID int, FAmount decimal(28,4) default(0))
+create table #work(FID int identity primary key, FAcctID int, FName varchar(9), FAmount decimal(28,4) default(0))
 )";
 
 class Translating : public testing::Test {
@@ -82,6 +83,13 @@ TEST_F(Translating, UpdatesInPlaceWhereEachRowMeetsOneOther) {
   EXPECT_THAT(translator.sql("update w set FAmount = 1 from #work w left join t_account a on "
                              "a.FAccountID = w.FAcctID"),
               AllOf(HasSubstr("u.rowid = s.rid"), Not(HasSubstr("DISTINCT"))));
+  const auto byNumber = [&](std::string_view number) {
+    return translator.sql(std::string("update w set FAmount = 1 from #work w left join t_item i on "
+                                      "i.FClass = 1 and i.FNumber = ") +
+                          std::string(number));
+  };
+  EXPECT_THAT(byNumber("w.FName"), Not(HasSubstr("DISTINCT")));
+  EXPECT_THAT(byNumber("w.FAcctID"), HasSubstr("DISTINCT"));
   EXPECT_THAT(translator.sql("update w set FAmount = v.FAmount from #work w inner join #work v on "
                              "v.FID = w.FID where v.FID > 1"),
               HasSubstr("AS MATERIALIZED"));

@@ -37,14 +37,13 @@ std::string indexName(const TableInfo& table, std::string_view name) {
 }
 
 /// A unique index; texts that differ in case or trailing blanks are the same key.
-std::string uniqueIndexSql(const TableInfo& table, std::string_view name,
-                           const std::vector<std::string>& columns) {
+std::string uniqueIndexSql(const TableInfo& table, const UniqueIndex& index) {
   std::vector<std::string> keys;
-  for (const std::string& column : columns) {
+  for (const std::string& column : index.columns) {
     const ColumnInfo& info = requireColumn(table, column, {});
     keys.push_back("(" + keySql(computed(quoteName(info.name), info.type)) + ")");
   }
-  return "CREATE UNIQUE INDEX " + indexName(table, name) + " ON " + table.engineName + " (" +
+  return "CREATE UNIQUE INDEX " + indexName(table, index.name) + " ON " + table.engineName + " (" +
          join(keys, ", ") + ")";
 }
 
@@ -81,9 +80,7 @@ class TableBinder {
     if (!declaredKey_.empty()) lines.push_back("PRIMARY KEY (" + declaredKey_ + ")");
     std::vector<std::string> sql = {createWords(table_) + table_.engineName + " (" +
                                     join(lines, ", ") + ")"};
-    for (const auto& key : uniqueKeys_) {
-      sql.push_back(uniqueIndexSql(table_, "key" + std::to_string(sql.size()), key));
-    }
+    for (const UniqueIndex& key : table_.uniqueIndexes) sql.push_back(uniqueIndexSql(table_, key));
     return {std::move(table_), std::move(sql)};
   }
 
@@ -98,7 +95,7 @@ class TableBinder {
     if (definition.defaultValue) column.defaultSql = defaultOf(definition, column.type);
     table_.columns.push_back(std::move(column));
     if (definition.primaryKey) makePrimary({definition.name}, definition.position);
-    if (definition.unique) uniqueKeys_.push_back({definition.name});
+    if (definition.unique) addUnique({definition.name});
   }
 
   void checkNew(const ColumnDefinition& definition) const {
@@ -137,8 +134,13 @@ class TableBinder {
     if (key.primary) {
       makePrimary(std::move(columns), key.position);
     } else {
-      uniqueKeys_.push_back(std::move(columns));
+      addUnique(std::move(columns));
     }
+  }
+
+  void addUnique(std::vector<std::string> columns) {
+    const std::string number = std::to_string(table_.uniqueIndexes.size() + 1);
+    table_.uniqueIndexes.push_back({"key" + number, std::move(columns)});
   }
 
   void makePrimary(std::vector<std::string> columns, Position position) {
@@ -152,7 +154,7 @@ class TableBinder {
     table_.primaryKey = columns;
     if (isNumbered(table_, columns)) return;
     if (hasText(table_, columns)) {
-      uniqueKeys_.push_back(std::move(columns));
+      addUnique(std::move(columns));
     } else {
       declaredKey_ = quotedList(columns);
     }
@@ -168,8 +170,7 @@ class TableBinder {
   Context& context_;
   const CreateTableStatement& statement_;
   TableInfo table_;
-  std::vector<std::vector<std::string>> uniqueKeys_;
-  std::string declaredKey_;  // of PRIMARY KEY; empty: none, or one of uniqueKeys_
+  std::string declaredKey_;  // of PRIMARY KEY; empty: none, or one of the unique indexes
 };
 
 /// The columns a query gives a new table or view; each needs a name of its own.
@@ -290,14 +291,20 @@ IndexChange bindCreateIndex(Context& context, const CreateIndexStatement& statem
     columns.push_back(requireColumn(table, column.name, statement.table.position).name);
   }
   if (!statement.unique) return {};
-  return {{uniqueIndexSql(table, statement.name, columns)}};
+  IndexChange change{{}, table};
+  change.table->uniqueIndexes.push_back({statement.name, std::move(columns)});
+  change.sql.push_back(uniqueIndexSql(table, change.table->uniqueIndexes.back()));
+  return change;
 }
 
 IndexChange bindDropIndex(Context& context, const DropIndexStatement& statement) {
   const TableInfo& table = requireTable(context, statement.table);
   requireChangeable(context, table, statement.table.position);
   const std::string schema = table.temporary ? "temp." : "main.";
-  return {{"DROP INDEX IF EXISTS " + schema + indexName(table, statement.name)}};
+  IndexChange change{{"DROP INDEX IF EXISTS " + schema + indexName(table, statement.name)}, table};
+  std::erase_if(change.table->uniqueIndexes,
+                [&](const UniqueIndex& index) { return sameName(index.name, statement.name); });
+  return change;
 }
 
 }  // namespace velmora::tsql

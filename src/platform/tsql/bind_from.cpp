@@ -53,7 +53,10 @@ class FromBinder {
     if (table == nullptr) return systemRelation(name, source);
     ++context_.tableUses[table];
     if (!table->isView) source.table = table;
-    if (!table->primaryKey.empty()) source.uniqueKey = table->primaryKey;
+    if (!table->primaryKey.empty()) source.uniqueKeys.push_back(table->primaryKey);
+    for (const UniqueIndex& index : table->uniqueIndexes) {
+      source.uniqueKeys.push_back(index.columns);
+    }
     for (const ColumnInfo& column : table->columns) {
       source.columns.push_back({column.name, column.type, column.nullable});
     }
@@ -80,7 +83,7 @@ class FromBinder {
         "(" + derivedText(context_, query) + ") AS " + source.engine + columnList(source);
     if (const auto* select = std::get_if<BoundSelect>(&query.body.node);
         select != nullptr && select->uniqueKey && derived.columns.empty()) {
-      source.uniqueKey = *select->uniqueKey;
+      source.uniqueKeys.push_back(*select->uniqueKey);
     }
     addSource(scope_, std::move(source), position);
     result_.relations.push_back(sql);

@@ -25,6 +25,13 @@ struct ColumnInfo {
   std::optional<std::string> defaultSql;
 };
 
+/// A unique index or constraint: no two rows have the same values in its columns, texts
+/// compared by their own rules.
+struct UniqueIndex {
+  std::string name;
+  std::vector<std::string> columns;
+};
+
 struct TableInfo {
   std::string name;  ///< as declared, without schema; a temporary table's begins with '#'
   bool temporary = false;
@@ -33,7 +40,8 @@ struct TableInfo {
   std::int64_t objectId = 0;  ///< what object_id() answers; not 0
   std::vector<ColumnInfo> columns;
   std::vector<std::string> primaryKey;  ///< column names; empty: none
-  bool isView = false;                  ///< cannot be changed
+  std::vector<UniqueIndex> uniqueIndexes;
+  bool isView = false;  ///< cannot be changed
 };
 
 /// The tables that statements of one connection may name. The pointers handed out

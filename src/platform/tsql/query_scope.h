@@ -24,9 +24,9 @@ struct Source {
   std::string engine;  ///< the alias in DuckDB SQL, quoted
   std::vector<SourceColumn> columns;
   const TableInfo* table = nullptr;  ///< a stored table: it has row numbers
-  /// Columns whose values tell its rows apart (a primary key, the keys a derived table
-  /// is grouped by; none: it has one row); absent: not known.
-  std::optional<std::vector<std::string>> uniqueKey;
+  /// Sets of columns whose values tell its rows apart: its primary key, its unique
+  /// indexes, the keys a derived table is grouped by (no columns: it has one row).
+  std::vector<std::vector<std::string>> uniqueKeys;
 
   std::string columnSql(const SourceColumn& column) const;
 };

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -95,6 +96,7 @@ struct Assign {
 /// there is nothing to run.
 struct IndexChange {
   std::vector<std::string> sql;
+  std::optional<TableInfo> table;  ///< the table with its indexes afterwards; absent: as it was
 };
 
 using Action = std::variant<Rows, Change, CreateTable, SelectInto, DropTables, Assign, IndexChange>;

@@ -5,16 +5,27 @@
 #include "platform/tsql/errors.h"
 #include "platform/tsql/overloaded.h"
 #include "platform/tsql/sql_text.h"
+#include "platform/tsql/type_rules.h"
 
 namespace velmora::tsql {
 namespace {
 
-/// `fixed.column = something of by`, or a constant when `by` is null.
+/// `fixed.column = something of by`, or a constant when `by` is null, in a comparison that
+/// takes the column's values as they are.
 struct Equality {
   const Source* fixed;
   std::string column;
   const Source* by;
 };
+
+/// Whether a column's different values stay different when compared with a value of
+/// `other`: not texts read as numbers ('1', '01'), nor numbers rounded to floats.
+bool keepsApart(const SqlType& column, const SqlType& other) {
+  const SqlType common = commonType(column, other);
+  if (column.isText()) return common.isText();
+  if (column.isExact()) return common.isExact();
+  return common.kind == column.kind;
+}
 
 /// The equalities that every row of the FROM clause fulfils.
 class EqualitySearch {
@@ -59,11 +70,13 @@ class EqualitySearch {
     if (match.scope != &scope_ || match.source < &scope_.sources[0] + firstSource) return;
     std::visit(Overloaded{[&](const ColumnReference& column) {
                             const ColumnMatch by = resolveColumn(scope_, column.column);
-                            if (by.source != match.source) {
+                            if (by.source != match.source &&
+                                keepsApart(match.column->type, by.column->type)) {
                               found_.push_back({match.source, match.column->name, by.source});
                             }
                           },
                           [&](const IntegerLiteral&) {
+                            if (!keepsApart(match.column->type, SqlType::integer())) return;
                             found_.push_back({match.source, match.column->name, nullptr});
                           },
                           [](const auto&) {}},
@@ -77,12 +90,14 @@ class EqualitySearch {
 
 bool isFixed(const Source& source, const std::vector<Equality>& equalities,
              const std::set<const Source*>& known) {
-  if (!source.uniqueKey) return false;
-  return std::ranges::all_of(*source.uniqueKey, [&](const std::string& column) {
+  const auto columnIsFixed = [&](const std::string& column) {
     return std::ranges::any_of(equalities, [&](const Equality& equality) {
       return equality.fixed == &source && sameName(equality.column, column) &&
              (equality.by == nullptr || known.contains(equality.by));
     });
+  };
+  return std::ranges::any_of(source.uniqueKeys, [&](const std::vector<std::string>& key) {
+    return std::ranges::all_of(key, columnIsFixed);
   });
 }
 

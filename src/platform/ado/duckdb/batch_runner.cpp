@@ -231,7 +231,11 @@ void BatchRunner::apply(const tsql::Assign& assign) {
 }
 
 void BatchRunner::apply(const tsql::IndexChange& change) {
-  runTogether(change.sql);
+  auto statements = change.sql;
+  if (change.table && !change.table->temporary)
+    std::ranges::move(indexRecordingSql(*change.table), std::back_inserter(statements));
+  runTogether(statements);
+  if (change.table) state_.catalog.altered(*change.table);
 }
 
 tsql::Scope BatchRunner::scope() {

@@ -51,15 +51,23 @@ std::vector<const tsql::TableInfo*> ConnectionCatalog::tables() {
 
 void ConnectionCatalog::created(tsql::TableInfo table) {
   table.objectId = table.temporary ? --lastTemporaryId_ : permanent_.objectId(table.name);
-  auto made = std::make_shared<const tsql::TableInfo>(std::move(table));
-  if (made->temporary) {
-    temporary_[made->name] = made;
-  } else if (inTransaction_) {
-    changedPermanentTables()[made->name] = made;
-  } else {
-    permanent_.add(made);
-  }
+  const auto made = std::make_shared<const tsql::TableInfo>(std::move(table));
+  put(made);
   if (identityColumn(*made)) restartNumbers(*made);
+}
+
+void ConnectionCatalog::altered(tsql::TableInfo table) {
+  put(std::make_shared<const tsql::TableInfo>(std::move(table)));
+}
+
+void ConnectionCatalog::put(const TablePtr& table) {
+  if (table->temporary) {
+    temporary_[table->name] = table;
+  } else if (inTransaction_) {
+    changedPermanentTables()[table->name] = table;
+  } else {
+    permanent_.add(table);
+  }
 }
 
 void ConnectionCatalog::dropped(std::string_view name) {

@@ -30,6 +30,8 @@ class ConnectionCatalog final : public tsql::Catalog {
 
   void created(tsql::TableInfo table);
   void dropped(std::string_view name);
+  /// `table` has other indexes than before.
+  void altered(tsql::TableInfo table);
   /// `rows` numbers of the table's identity column are used up.
   void identitiesUsed(std::string_view table, std::int64_t rows);
   void identitiesRestart(std::string_view table);
@@ -48,6 +50,7 @@ class ConnectionCatalog final : public tsql::Catalog {
   void lockIdentities(const tsql::TableInfo& table);
   IdentityCounters& countersOf(const tsql::TableInfo& table);
   void restartNumbers(const tsql::TableInfo& table);
+  void put(const TablePtr& table);
 
   Session& session_;
   PermanentTables& permanent_;

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <iterator>
 #include <optional>
 #include <string_view>
 
 #include "platform/ado/duckdb/engine_error.h"
 #include "platform/ado/duckdb/rows.h"
 #include "platform/tsql/parser.h"
+#include "platform/tsql/print.h"
 #include "platform/tsql/sql_text.h"
 
 namespace velmora::ado::embedded {
@@ -126,7 +128,48 @@ select table_name, column_name, data_type, coalesce(comment, ''), cast(is_nullab
   }
 }
 
+/// Adds the index whose columns are kept as `columns`, for instance "(FItemClassID, FNumber)".
+void addUniqueIndex(tsql::TableInfo& table, std::string_view name, std::string_view columns) {
+  const auto batch = tsql::parse("create unique index i on t " + std::string(columns));
+  const auto& created = std::get<tsql::CreateIndexStatement>(batch.statements.front().node);
+  tsql::UniqueIndex index{std::string(name), {}};
+  for (const auto& column : created.columns) index.columns.push_back(column.name);
+  table.uniqueIndexes.push_back(std::move(index));
+}
+
+void loadUniqueIndexes(Session& session, LoadedTables& tables) {
+  enum { table, index, comment };
+  const auto rows = readTexts(session, R"(
+select table_name, index_name, comment
+  from duckdb_indexes()
+ where database_name = current_database() and schema_name = 'main' and is_unique
+   and starts_with(comment, 'T-SQL: ')
+ order by lower(table_name), index_oid)",
+                              3);
+  for (const auto& row : rows) {
+    const auto found = tables.find(std::string(row[table].text()));
+    if (found == tables.end()) continue;
+    // The engine's index is named "table.index".
+    addUniqueIndex(*found->second, row[index].text().substr(found->first.size() + 1),
+                   row[comment].text().substr(kMark.size()));
+  }
+}
+
 }  // namespace
+
+std::vector<std::string> indexRecordingSql(const tsql::TableInfo& table) {
+  std::vector<std::string> statements;
+  for (const auto& index : table.uniqueIndexes) {
+    std::vector<std::string> columns;
+    for (const auto& column : index.columns)
+      columns.push_back(tsql::print(tsql::QualifiedName{{}, {}, column}));
+    std::string comment(kMark);
+    comment.append("(").append(tsql::join(columns, ", ")).append(")");
+    statements.push_back("comment on index main." + tsql::quoteName(table.name + "." + index.name) +
+                         " is " + tsql::quoteText(comment));
+  }
+  return statements;
+}
 
 std::vector<std::string> recordingSql(const tsql::TableInfo& table) {
   std::vector<std::string> statements;
@@ -137,12 +180,14 @@ std::vector<std::string> recordingSql(const tsql::TableInfo& table) {
                          tsql::quoteName(column.name) + " is " +
                          tsql::quoteText(std::string(kMark) + kept(table, column)));
   }
+  std::ranges::move(indexRecordingSql(table), std::back_inserter(statements));
   return statements;
 }
 
 TableMap loadTables(Session& session) {
   LoadedTables loaded;
   loadColumns(session, loaded);
+  loadUniqueIndexes(session, loaded);
   return {loaded.begin(), loaded.end()};
 }
 

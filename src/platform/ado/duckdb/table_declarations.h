@@ -17,11 +17,15 @@ using TableMap = std::map<std::string, TablePtr, tsql::IgnoreCase>;
 
 // A database file stores the engine's types only. What a T-SQL declaration says beyond
 // them (varchar(80), money, bit, identity, primary key) is kept as the comment of the column, for
-// instance "T-SQL: int identity(1,1) primary key", so that the file alone tells it.
+// instance "T-SQL: int identity(1,1) primary key", so that the file alone tells it. The
+// columns of a unique index are its comment: "T-SQL: (FItemClassID, FNumber)".
 
 /// The statements that keep the declarations of a permanent table or view; empty when
 /// the engine's types tell all.
 std::vector<std::string> recordingSql(const tsql::TableInfo& table);
+
+/// The statements that keep the columns of its unique indexes; recordingSql has them too.
+std::vector<std::string> indexRecordingSql(const tsql::TableInfo& table);
 
 /// The permanent tables and views of the database, objectId 0. A column without a kept
 /// declaration takes the T-SQL type nearest to the engine's; one of a type that has no
