@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 
+#include "figures.h"
 #include "measure.h"
 #include "platform/ado/duckdb/session_state.h"
 #include "platform/tsql/parser.h"
@@ -34,14 +35,7 @@ namespace velmora::bench {
 
 namespace {
 
-bool allKept = true;
-
-void report(const std::string& what, double figure, double limit, const char* unit) {
-  const bool kept = figure <= limit;
-  allKept = allKept && kept;
-  std::printf("%-58s %9.3f %-3s limit %g %s\n", what.c_str(), figure, unit, limit,
-              kept ? "" : "  NOT KEPT");
-}
+Figures figures;
 
 constexpr int kYear = 2009;
 constexpr int kPeriod = 3;
@@ -191,8 +185,8 @@ void compareQuery(ado::Connection& connection, const PlainEngine& engine, const 
   }
   std::printf("check %d: %zu documents, %.3f s\n", check.number, found.size(),
               median(generatedTimes));
-  report("check " + std::to_string(check.number) + ": generated against hand-written",
-         median(ratios), 1.2, "x");
+  figures.report("check " + std::to_string(check.number) + ": generated against hand-written",
+                 median(ratios), 1.2, "x");
 }
 
 std::vector<Check> heaviest(ado::Connection& connection, const std::vector<Check>& checks,
@@ -226,7 +220,7 @@ void measureFrontEnd(const std::string& file, const std::vector<Check>& checks) 
       }));
     slowest = std::max(slowest, median(times));
   }
-  report("front end, slowest of the check's statements", slowest * 1000, 1, "ms");
+  figures.report("front end, slowest of the check's statements", slowest * 1000, 1, "ms");
 }
 
 void measureQueries(const std::string& file) {
@@ -254,13 +248,14 @@ double medianCloseCheck(const std::string& file, int runs) {
 }
 
 void measureCommand(const std::string& demo, const std::string& smaller, const std::string& large) {
-  report("close-check on the demo set, median of 21", medianCloseCheck(demo, 21), 0.25, "s");
+  figures.report("close-check on the demo set, median of 21", medianCloseCheck(demo, 21), 0.25,
+                 "s");
   const ProcessRun first = closeCheck(large);
-  report("close-check on the large set, peak memory", first.peakMemoryMiB, 2048, "MiB");
+  figures.report("close-check on the large set, peak memory", first.peakMemoryMiB, 2048, "MiB");
   const double largeTime = medianCloseCheck(large, 5);
-  report("close-check on the large set, median of 5", largeTime, 10, "s");
-  report("large set against the smaller one (a quarter)", largeTime / medianCloseCheck(smaller, 5),
-         4.4, "x");
+  figures.report("close-check on the large set, median of 5", largeTime, 10, "s");
+  figures.report("large set against the smaller one (a quarter)",
+                 largeTime / medianCloseCheck(smaller, 5), 4.4, "x");
 }
 
 int run(const std::vector<std::string>& arguments) {
@@ -272,7 +267,7 @@ int run(const std::vector<std::string>& arguments) {
     std::fputs("usage: bench_closing_check queries SET | command DEMO SMALLER LARGE\n", stderr);
     return 2;
   }
-  return allKept ? 0 : 1;
+  return figures.allKept() ? 0 : 1;
 }
 
 }  // namespace
