@@ -48,8 +48,8 @@ std::string className(ado::Recordset& row, const std::string& language) {
   return {};
 }
 
-/// A row for each of the account columns that other classes than customers and
-/// suppliers have, or one without a column; no row when there is no such table.
+/// A row for each of the account columns that every class but customers and suppliers
+/// has, or one without a column; no row when there is no such table.
 std::string tableQuery(const std::string& table) {
   return SqlLines()
       .line("SELECT t1.name, isnull(t2.name,'')  as FFieldName")
@@ -60,12 +60,21 @@ std::string tableQuery(const std::string& table) {
       .text();
 }
 
-/// Every column of the table; those of customers and suppliers include some that
-/// tableQuery does not ask for.
+/// Every column of the table: customers and suppliers have accounts that tableQuery does
+/// not ask for.
 std::string columnsQuery(const std::string& table) {
   return "select t2.name from sysobjects t1 inner join syscolumns t2 on (t1.id=t2.id) where "
          "t1.name = " +
          quoted(table);
+}
+
+/// Whether the accounts of the class are among the columns that `rows` name in `field`.
+bool hasAccounts(const ItemClass& itemClass, ado::Recordset& rows, std::string_view field) {
+  std::set<std::string> columns;
+  for (; !rows.EOF_(); rows.MoveNext()) columns.insert(upperCased(textOf(rows, field)));
+  return std::ranges::all_of(accountColumns(itemClass.id), [&](const AccountColumn& account) {
+    return columns.contains(upperCased(account.column));
+  });
 }
 
 }  // namespace
@@ -85,14 +94,10 @@ std::vector<ItemClass> itemClassesToCheck(const ado::ConnectionRef& connection,
 }
 
 bool hasAccountColumns(const ado::ConnectionRef& connection, const ItemClass& itemClass) {
-  if (openRows(connection, tableQuery(itemClass.table))->EOF_()) return false;
-  std::set<std::string> columns;
-  for (const auto rows = openRows(connection, columnsQuery(itemClass.table)); !rows->EOF_();
-       rows->MoveNext())
-    columns.insert(upperCased(rows->GetValue(0).toText()));
-  return std::ranges::all_of(accountColumns(itemClass.id), [&](const AccountColumn& account) {
-    return columns.contains(upperCased(account.column));
-  });
+  const auto shared = openRows(connection, tableQuery(itemClass.table));
+  if (shared->EOF_()) return false;
+  return hasAccounts(itemClass, *shared, "FFieldName") ||
+         hasAccounts(itemClass, *openRows(connection, columnsQuery(itemClass.table)), "name");
 }
 
 }  // namespace velmora::period
