@@ -13,6 +13,8 @@ insert into t_Account (FAccountID, FNumber, FName, FName_CHT, FName_EN, FDC, FDe
     (2201, '2201', N'应付票据', N'應付票據', N'Bills payable', -1, 0, 0, 0),
     (2202, '2202', N'应付账款', N'應付帳款', N'Accounts payable', -1, 2, 2, 0),
     (2203, '2203', N'预收账款', N'預收帳款', N'Receipts in advance', -1, 1, 1, 0),
+    (2204, '2204', N'暂估应付账款', N'暫估應付帳款', N'Estimated payables', -1, 2, 2, 0),
+    (2205, '2205', N'暂估应付加工费', N'暫估應付加工費', N'Estimated processing fees', -1, 2, 2, 0),
     (2221, '2221', N'应交税费', N'應交稅費', N'Taxes payable', -1, 0, 0, 0),
     (2241, '2241', N'其他应付款', N'其他應付款', N'Other payables', -1, 2, 2, 0),
     (4104, '4104', N'利润分配', N'利潤分配', N'Retained earnings', -1, 0, 0, 0),

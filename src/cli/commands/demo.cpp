@@ -22,6 +22,7 @@ struct Options {
   std::int64_t documents = 0;  // 0: the small set
   std::uint64_t seed = 1;
   bool empty = false;
+  bool noFaults = false;
   bool force = false;
 };
 
@@ -53,13 +54,15 @@ demo::PlantedFindings fill(const Options& options, const std::string& file, Stre
     demo::createEmptySet(*connection);
     return {};
   }
-  if (options.documents == 0) return demo::createSmallSet(*connection);
+  const auto faults = options.noFaults ? demo::Faults::kLeftOut : demo::Faults::kPlanted;
+  if (options.documents == 0) return demo::createSmallSet(*connection, faults);
   const bool terminal = errorIsTerminal();
   ProgressLine line(streams.err, terminal);
   Rate rate(line, terminal);
   demo::GenerateOptions generate;
   generate.documents = options.documents;
   generate.seed = options.seed;
+  generate.faults = faults;
   generate.progress = [&rate](std::int64_t done, std::int64_t total) { rate.show(done, total); };
   return demo::createGeneratedSet(*connection, generate);
 }
@@ -79,7 +82,7 @@ int createDemo(const Options& options, Streams& streams) {
   NewFile file(options.file, options.force);
   const auto planted = fill(options, file.unfinished(), streams);
   file.complete();
-  if (!options.empty) writePlanted(streams.out, planted);
+  if (!options.empty && !options.noFaults) writePlanted(streams.out, planted);
   streams.err << "\nNext: velmora " << (options.empty ? "init-check" : "close-check") << " --db "
               << options.file << " --lang EN\n";
   return kOk;
@@ -110,10 +113,15 @@ void addDemo(CLI::App& program, Run& chosen) {
       ->add_option("--seed", options->seed,
                    "With --documents: the same seed makes the same account set (1)")
       ->option_text("S");
+  auto* empty =
+      command
+          ->add_flag("--empty", options->empty,
+                     "An account set in which nothing has been entered yet, for init-check")
+          ->excludes(documents);
   command
-      ->add_flag("--empty", options->empty,
-                 "An account set in which nothing has been entered yet, for init-check")
-      ->excludes(documents);
+      ->add_flag("--no-faults", options->noFaults,
+                 "The same books without what is at fault: no check finds anything")
+      ->excludes(empty);
   command->add_flag("--force", options->force, "Replace the file if it exists");
   command->callback([options, &chosen] {
     chosen = [options](Streams& streams) { return createDemo(*options, streams); };

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "cli/demo/demo.h"
+#include "cli/demo/estimates.h"
 #include "cli/demo/faults.h"
 #include "cli/demo/ordinary.h"
 #include "cli/demo/scripts.h"
@@ -44,7 +45,7 @@ int documentsOf(const std::vector<FaultKind>& plan) {
 PlantedFindings noFindings() {
   PlantedFindings findings;
   for (const Side side : {Side::kReceivables, Side::kPayables})
-    for (int item = 1; item <= kCheckItems; ++item)
+    for (int item = 0; item <= kCheckItems; ++item)
       findings.push_back({side, item, std::string(checkItemName(item)), 0});
   return findings;
 }
@@ -69,20 +70,23 @@ class Filling {
     for (const Side side : {Side::kReceivables, Side::kPayables}) fillSide(termsOf(side));
     writeAccountBalances(tables_, ledger_);
     tables_.store();
-    report(2 * documents_);
+    report(total());
     return std::move(findings_);
   }
 
  private:
   void fillSide(const SideTerms& side) {
     const auto seed = options_.seed * 2 + static_cast<std::uint64_t>(side.frp);
-    Books books(side, tables_, ledger_, enterPartners(connection_, side, partners_), seed);
+    Books books(side, tables_, ledger_,
+                enterPartners(connection_, side, partners_, options_.faults), seed);
     const std::vector<FaultKind> faults = faultsToPlant(side, documents_);
     addInitialDocuments(books);
-    addOrdinary(books, documents_ - documentsOf(faults));
-    plant(books, faults);
+    addOrdinary(books, documents_ - documentsOf(faults) - kOffsetDocuments);
+    addOffsets(books);
+    if (!side.receivables()) addEstimates(books, documents_);
+    if (options_.faults == Faults::kPlanted) plant(books, faults);
     books.writeBalances();
-    done_ += documents_;
+    done_ += books.documents();
   }
 
   /// Spreads ordinary business evenly over the periods in use, in order of dates.
@@ -111,7 +115,16 @@ class Filling {
 
   void report(int documents) {
     reported_ = documents;
-    if (options_.progress) options_.progress(documents, 2 * std::int64_t{documents_});
+    if (options_.progress) options_.progress(documents, total());
+  }
+
+  /// Documents of both sides.
+  int total() const {
+    int count = 2 * documents_;
+    if (options_.faults == Faults::kLeftOut)
+      for (const Side side : {Side::kReceivables, Side::kPayables})
+        count -= documentsOf(faultsToPlant(termsOf(side), documents_));
+    return count;
   }
 
   ado::ProviderConnection& connection_;
@@ -128,6 +141,7 @@ class Filling {
 PlantedFindings create(ado::Connection& connection, const GenerateOptions& options, int partners) {
   runScripts(connection, schemaScripts());
   runScripts(connection, basicDataScripts());
+  if (options.faults == Faults::kPlanted) runScripts(connection, basicFaultScripts());
   return Filling(connection.provider(), options, partners).fill();
 }
 
@@ -143,9 +157,11 @@ void createEmptySet(ado::Connection& connection) {
   runScripts(connection, schemaScripts());
 }
 
-PlantedFindings createSmallSet(ado::Connection& connection) {
-  return create(connection, {.documents = kSmallDocuments, .seed = kSmallSeed, .progress = {}},
-                kSmallPartners);
+PlantedFindings createSmallSet(ado::Connection& connection, Faults faults) {
+  return create(
+      connection,
+      {.documents = kSmallDocuments, .seed = kSmallSeed, .progress = {}, .faults = faults},
+      kSmallPartners);
 }
 
 PlantedFindings createGeneratedSet(ado::Connection& connection, const GenerateOptions& options) {

@@ -1,6 +1,8 @@
 #include "cli/demo/balances.h"
 
 #include <algorithm>
+#include <stdexcept>
+#include <string>
 
 namespace velmora::cli::demo {
 
@@ -14,10 +16,12 @@ void History::add(int period, Amount amount, bool isDebit) {
 
 void PartnerBalances::add(const Partner& partner, int account, int period, Amount amount,
                           bool isDebit) {
-  const auto slot = std::find(accounts_.begin(), accounts_.end(), account) - accounts_.begin();
-  histories_[static_cast<std::size_t>(partner.index)]
-      .at(static_cast<std::size_t>(slot))
-      .add(period, amount, isDebit);
+  const auto found = std::find(accounts_.begin(), accounts_.end(), account);
+  if (found == accounts_.end())
+    throw std::out_of_range(std::to_string(account) + " is no control account of the side");
+  const auto slot = static_cast<std::size_t>(found - accounts_.begin());
+  const auto first = static_cast<std::size_t>(partner.index) * accounts_.size();
+  histories_.at(first + slot).add(period, amount, isDebit);
 }
 
 AccountBalances::Histories AccountBalances::withTotals() const {

@@ -46,22 +46,23 @@ struct History {
 class PartnerBalances {
  public:
   PartnerBalances(const SideTerms& side, std::size_t partners)
-      : accounts_{side.trade, side.advance, side.other, 0}, histories_(partners) {}
+      : accounts_(controlAccounts(side)), histories_(partners * (accounts_.size() + 1)) {
+    accounts_.push_back(0);
+  }
 
-  /// `account` is a control account of the side, or 0 for documents without one.
+  /// `account` is a control account of the side, or 0 for what has none.
   void add(const Partner& partner, int account, int period, Amount amount, bool isDebit);
 
   /// Calls visit(position of the partner, account, history) for each of them.
   template <class Visit>
   void forEach(Visit visit) const {
-    for (std::size_t partner = 0; partner < histories_.size(); ++partner)
-      for (std::size_t slot = 0; slot < accounts_.size(); ++slot)
-        visit(partner, accounts_[slot], histories_[partner][slot]);
+    for (std::size_t i = 0; i < histories_.size(); ++i)
+      visit(i / accounts_.size(), accounts_[i % accounts_.size()], histories_[i]);
   }
 
  private:
-  std::array<int, 4> accounts_;
-  std::vector<std::array<History, 4>> histories_;
+  std::vector<int> accounts_;
+  std::vector<History> histories_;  ///< of each partner, one an account
 };
 
 /// Balances of whole accounts by currency.

@@ -87,9 +87,11 @@ void addStrayVoucher(Books& books, const Occasion& occasion) {
               .debit = side.receivables()},
       Posting{
           .account = kBank, .currency = currency, .amount = amount, .debit = !side.receivables()}};
-  books.addVoucher(
-      {.period = occasion.period, .day = occasion.day, .explanation = "手工凭证", .byHand = true},
-      postings);
+  books.addVoucher({.period = occasion.period,
+                    .day = occasion.day,
+                    .explanation = "手工凭证",
+                    .origin = VoucherOrigin::kByHand},
+                   postings);
 }
 
 }  // namespace velmora::cli::demo

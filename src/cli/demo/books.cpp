@@ -38,6 +38,12 @@ const Partner& Books::anyPartner() {
   return partners_[static_cast<std::size_t>(random_.below(static_cast<int>(partners_.size())))];
 }
 
+const Partner& Books::anyLocalPartner() {
+  const Partner* partner = &anyPartner();
+  while (partner->currency.id != kRenminbi.id) partner = &anyPartner();
+  return *partner;
+}
+
 const Partner& Books::counterpartOf(const Partner& partner) const {
   const auto position = static_cast<std::size_t>(partner.index) + kCurrencyCycle;
   return partners_[position % partners_.size()];
@@ -59,7 +65,7 @@ int Books::documents() const {
 int Books::addVoucher(const VoucherHead& head, std::span<const Posting> postings) {
   const int id = tables_.voucherKeys.next();
   const int group = static_cast<int>(head.group);
-  const bool posted = head.period <= kCurrentPeriod;
+  const bool posted = head.period <= kCurrentPeriod && !head.unposted;
   const Money total = debitTotal(postings).local;
   const collections::Date date = dateIn(head.period, head.day);
   const int number = tables_.voucherNumbers[{head.period, group}].next();
@@ -68,12 +74,23 @@ int Books::addVoucher(const VoucherHead& head, std::span<const Posting> postings
                          head.explanation, static_cast<int>(postings.size()), total, total,
                          indicator, posted, posted);
   };
-  head.byHand ? write(nullptr) : write(side_.internalIndicator);
+  switch (head.origin) {
+    case VoucherOrigin::kModule:
+      write(side_.internalIndicator);
+      break;
+    case VoucherOrigin::kInventory:
+      write("Industry");
+      break;
+    case VoucherOrigin::kByHand:
+      write(nullptr);
+      break;
+  }
   int line = 0;
   for (const Posting& posting : postings) {
     const int detail = posting.partner != nullptr ? posting.partner->id : 0;
     tables_.voucherLines.row(id, ++line, head.explanation, posting.account, detail,
                              posting.currency.id, posting.currency, posting.debit, posting.amount);
+    if (!posted) continue;
     ledger_.add(posting.account, posting.currency.id, head.period, posting.amount, posting.debit);
     if (posting.partner != nullptr)
       details_.add(*posting.partner, posting.account, head.period, posting.amount, posting.debit);
@@ -94,8 +111,12 @@ int Books::addContact(const Contact& contact) {
 }
 
 void Books::postOpening(const Partner& partner, int account, Amount amount, bool increase) {
-  const bool debit = side_.receivables() == increase;
   contacts_.add(partner, account, kBeforeFirstPeriod, amount, increase);
+  postLedgerOpening(partner, account, amount, increase);
+}
+
+void Books::postLedgerOpening(const Partner& partner, int account, Amount amount, bool increase) {
+  const bool debit = side_.receivables() == increase;
   details_.add(partner, account, kBeforeFirstPeriod, amount, debit);
   ledger_.add(account, partner.currency.id, kBeforeFirstPeriod, amount, debit);
   ledger_.add(kRetainedEarnings, kRenminbi.id, kBeforeFirstPeriod, {amount.local, amount.local},

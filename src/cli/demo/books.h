@@ -14,12 +14,16 @@ namespace velmora::cli::demo {
 /// Voucher words, as entered in t_VoucherGroup.
 enum class VoucherGroup { kJournal = 1, kReceipt = 2, kPayment = 3 };
 
+/// Who made a voucher: the books' own module, inventory, or a person in the ledger.
+enum class VoucherOrigin { kModule, kInventory, kByHand };
+
 struct VoucherHead {
   int period = 0;
   int day = 1;
   VoucherGroup group = VoucherGroup::kJournal;
   std::string_view explanation = {};
-  bool byHand = false;  ///< keyed into the ledger, not made by the module
+  VoucherOrigin origin = VoucherOrigin::kModule;
+  bool unposted = false;
 };
 
 /// A line of a voucher. A line with a partner posts to a control account.
@@ -73,6 +77,8 @@ class Books {
   Random& random() { return random_; }
   const std::vector<Partner>& partners() const { return partners_; }
   const Partner& anyPartner();
+  /// One whose documents are in local currency.
+  const Partner& anyLocalPartner();
   /// Another partner with the same currency.
   const Partner& counterpartOf(const Partner& partner) const;
 
@@ -81,8 +87,8 @@ class Books {
   /// been numbered.
   int documents() const;
 
-  /// Writes a voucher and posts it to the ledger's balances when its period is open
-  /// or closed there; vouchers dated ahead stay unposted. Returns its id.
+  /// Writes a voucher and posts it to the ledger's balances unless it is to stay
+  /// unposted; vouchers dated ahead stay unposted too. Returns its id.
   int addVoucher(const VoucherHead& head, std::span<const Posting> postings);
   /// Writes a contact record and returns its id.
   int addContact(const Contact& contact);
@@ -92,9 +98,13 @@ class Books {
   }
   /// Enters what was owed before the first period, in both ledgers.
   void postOpening(const Partner& partner, int account, Amount amount, bool increase);
+  /// The same for what receivables or payables do not know, in the ledger alone.
+  void postLedgerOpening(const Partner& partner, int account, Amount amount, bool increase);
 
   /// Invoices that no receipt has settled yet, oldest first.
   std::deque<Document>& openInvoices() { return openInvoices_; }
+  /// Advances from before the first period that no invoice has taken yet.
+  std::deque<Document>& initialAdvances() { return initialAdvances_; }
 
   void writeBalances();
 
@@ -111,6 +121,7 @@ class Books {
   PartnerBalances contacts_;
   PartnerBalances details_;
   std::deque<Document> openInvoices_;
+  std::deque<Document> initialAdvances_;
 };
 
 /// Writes the balances of whole accounts, once both sides are complete.

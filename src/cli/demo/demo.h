@@ -11,12 +11,18 @@ namespace velmora::cli::demo {
 
 enum class Side { kReceivables, kPayables };
 
+/// Whether the faults are entered, or the same books without them: then no check finds
+/// anything and receivables and payables agree with the ledger in every period.
+enum class Faults { kPlanted, kLeftOut };
+
 /// How often one kind of fault was planted, as the closing check counts it.
 struct PlantedFinding {
   Side side = Side::kReceivables;
-  int checkItem = 0;  ///< 1 to 14, the position in the full list of closing checks
-  std::string name;   ///< short English name of the check item
-  int count = 0;      ///< rows the closing check of the current period lists
+  /// 1 to 14, the position in the full list of closing checks; 0: a fault that only the
+  /// comparison with the ledger shows.
+  int checkItem = 0;
+  std::string name;  ///< short English name of the check item
+  int count = 0;     ///< rows the closing check of the current period lists
 };
 
 /// Every check item of both sides in order, those with nothing planted included.
@@ -28,6 +34,8 @@ struct GenerateOptions {
   /// Called now and then with the documents written so far, of both sides, and
   /// with their total once everything is stored. May be empty.
   std::function<void(std::int64_t done, std::int64_t total)> progress;
+  /// Left out, the set is smaller by the documents at fault, one in a hundred.
+  Faults faults = Faults::kPlanted;
 };
 
 /// Fills an empty, writable database with the tables of an account set in which nothing
@@ -36,7 +44,7 @@ void createEmptySet(ado::Connection& connection);
 
 /// Fills an empty, writable database with the tables of an account set and the
 /// small demonstration set. Raises com::Error.
-PlantedFindings createSmallSet(ado::Connection& connection);
+PlantedFindings createSmallSet(ado::Connection& connection, Faults faults = Faults::kPlanted);
 
 /// Fills an empty, writable database with the tables of an account set and
 /// `options.documents` documents a side, consistent but for a seeded share of

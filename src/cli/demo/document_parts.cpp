@@ -38,7 +38,8 @@ int addDocumentVoucher(Books& books, const Occasion& occasion, std::span<const C
   return books.addVoucher({.period = occasion.period + departure.voucherPeriods,
                            .day = occasion.day,
                            .group = form.group,
-                           .explanation = form.explanation},
+                           .explanation = form.explanation,
+                           .unposted = departure.unposted},
                           std::span(postings).first(count));
 }
 

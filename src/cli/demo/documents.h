@@ -23,6 +23,7 @@ struct Departure {
   int contactPeriods = 0;       ///< periods by which the contact record lies later
   int financialPeriods = 0;     ///< periods by which the financial date lies later
   int voucherPeriods = 0;       ///< periods by which the voucher lies later
+  bool unposted = false;        ///< its voucher is not posted
 };
 
 /// Ordinary document or one that departs from the rule; each writes the document, its

@@ -18,4 +18,7 @@ std::span<const EmbeddedText> schemaScripts();
 /// document types, departments, employees.
 std::span<const EmbeddedText> basicDataScripts();
 
+/// The scripts that plant faults in the basic data.
+std::span<const EmbeddedText> basicFaultScripts();
+
 }  // namespace velmora::cli::demo

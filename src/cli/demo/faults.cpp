@@ -9,6 +9,7 @@ constexpr Departure kUnvouchered{.unvouchered = true};
 constexpr Departure kVoucherLater{.voucherPeriods = 1};
 constexpr Departure kWithoutAccount{.withoutAccount = true};
 constexpr Departure kOtherAccount{.otherAccount = true};
+constexpr Departure kUnposted{.unposted = true};
 
 template <auto departure>
 void plantInvoice(Books& books, const Occasion& occasion) {
@@ -107,6 +108,8 @@ const std::array kCommonFaults{
     FaultKind{12, 1, 1, false, plantReceipt<&kWithoutAccount, 0, true>},
     FaultKind{12, 1, 1, false, plantReceipt<&kOtherAccount, 0, true>},
     FaultKind{14, 1, 1, false, plantUnconfirmed},
+    FaultKind{0, 1, 1, false, plantInvoice<&kUnposted>},
+    FaultKind{0, 1, 1, false, plantReceipt<&kUnposted, 1>},
 };
 
 const std::array kReceivablesFaults{
@@ -119,7 +122,8 @@ const std::array kReceivablesFaults{
         [](Books& books, const Occasion& occasion) { addBadDebt(books, occasion, kVoucherLater); }},
 };
 
-constexpr std::array<std::string_view, kCheckItems> kCheckItemNames{
+constexpr std::array<std::string_view, kCheckItems + 1> kCheckItemNames{
+    "vouchers not posted (for reconcile)",
     "unaudited documents",
     "unsettled expense invoices",
     "documents without voucher",
@@ -145,7 +149,7 @@ std::vector<FaultKind> faultsOf(const SideTerms& side) {
 }
 
 std::string_view checkItemName(int checkItem) {
-  return kCheckItemNames.at(static_cast<std::size_t>(checkItem - 1));
+  return kCheckItemNames.at(static_cast<std::size_t>(checkItem));
 }
 
 }  // namespace velmora::cli::demo

@@ -29,6 +29,20 @@ void addOffset(Books& books, const Occasion& occasion) {
   offsetAdvance(books, occasion, advance, invoice, invoice.amount);
 }
 
+Amount smallerOf(Amount a, Amount b) {
+  return a.original.cents < b.original.cents ? a : b;
+}
+
+/// Offsets an advance from before the first period as far as an invoice takes it.
+void addInitialOffset(Books& books, const Occasion& occasion) {
+  if (books.initialAdvances().empty()) return addOpenInvoice(books, occasion);
+  const Document advance = books.initialAdvances().front();
+  books.initialAdvances().pop_front();
+  const Occasion offset{*advance.partner, occasion.period, occasion.day};
+  const Document invoice = addInvoice(books, offset);
+  offsetAdvance(books, offset, advance, invoice, smallerOf(advance.amount, invoice.amount));
+}
+
 void addUsedBill(Books& books, const Occasion& occasion) {
   const int uses = books.side().receivables() ? 5 : 1;
   const auto last = static_cast<int>(BillUse::kSettled);
@@ -51,12 +65,13 @@ struct Business {
 };
 
 constexpr std::array kBusiness{
-    Business{480, 1, addOpenInvoice},
+    Business{470, 1, addOpenInvoice},
     Business{120, 1, [](Books& books, const Occasion& on) { addOtherBill(books, on); }},
     Business{20, 1, [](Books& books, const Occasion& on) { addExpenseBill(books, on, true); }},
     Business{260, 1, payInvoice},
     Business{40, 1, addAdvance},
     Business{30, 2, addOffset},
+    Business{10, 1, addInitialOffset},
     Business{10, 1, addRefund},
     Business{20, 1, addUsedBill},
     Business{8, 0, [](Books& books, const Occasion& on) { addTransfer(books, on); }},
@@ -87,8 +102,16 @@ void addInitialDocuments(Books& books) {
   for (const Partner& partner : books.partners()) {
     if (books.random().below(2) == 0)
       addInitialDocument(books, partner, anyAmount(books, partner), false);
-    if (books.random().below(8) == 0)
-      addInitialDocument(books, partner, anyAmount(books, partner), true);
+    if (partner.index % 4 == 1)
+      books.initialAdvances().push_back(
+          addInitialDocument(books, partner, anyAmount(books, partner), true));
+  }
+}
+
+void addOffsets(Books& books) {
+  for (const int period : {kCurrentPeriod - 1, kCurrentPeriod}) {
+    addOffset(books, {books.anyPartner(), period, 28});
+    addInitialOffset(books, {books.anyPartner(), period, 28});
   }
 }
 

@@ -56,7 +56,8 @@ Partner partnerAt(const SideTerms& side, int index) {
 
 /// The trade account on the partner's record: `trade` unless it is at fault, then 0 or
 /// the account of bills, `bills`.
-int recordedAccount(int index, int trade, int bills) {
+int recordedAccount(Faults faults, int index, int trade, int bills) {
+  if (faults == Faults::kLeftOut) return trade;
   if (index == kWithoutAccount) return 0;
   return index == kWithUncontrolledAccount ? bills : trade;
 }
@@ -64,7 +65,7 @@ int recordedAccount(int index, int trade, int bills) {
 }  // namespace
 
 std::vector<Partner> enterPartners(ado::ProviderConnection& connection, const SideTerms& side,
-                                   int count) {
+                                   int count, Faults faults) {
   TableWriter items(connection, "t_Item",
                     {"FItemID", "FItemClassID", "FNumber", "FName", "FName_CHT", "FName_EN"});
   TableWriter accounts(
@@ -84,9 +85,9 @@ std::vector<Partner> enterPartners(ado::ProviderConnection& connection, const Si
     items.row(partner.id, side.itemClass, number, simplified, traditional, english);
     accounts.row(partner.id, number, simplified, traditional, english, partner.department,
                  partner.employee, partner.currency.id,
-                 side.receivables() ? recordedAccount(index, 1122, 1121) : 1122,
-                 side.receivables() ? 2202 : recordedAccount(index, 2202, 2201), side.advance, 2203,
-                 1123, 1221, 2241, 2221);
+                 side.receivables() ? recordedAccount(faults, index, 1122, 1121) : 1122,
+                 side.receivables() ? 2202 : recordedAccount(faults, index, 2202, 2201),
+                 side.advance, 2203, 1123, 1221, 2241, 2221);
     details.row(partner.id, side.itemClass, partner.id);
     partners.push_back(partner);
   }

@@ -17,9 +17,9 @@ struct Partner {
 };
 
 /// `count` partners of a side, entered as items with their control accounts.
-/// `count` is a multiple of kCurrencyCycle.
+/// `count` is a multiple of kCurrencyCycle. Two may be planted with faults.
 std::vector<Partner> enterPartners(ado::ProviderConnection& connection, const SideTerms& side,
-                                   int count);
+                                   int count, Faults faults);
 
 /// Partners that far apart share their currency.
 inline constexpr int kCurrencyCycle = 5;

@@ -71,6 +71,9 @@ void offsetAdvance(Books& books, const Occasion& occasion, const Document& advan
                       .explanation = books.side().receivables() ? "预收冲应收" : "预付冲应付"});
     addSettledEntry(books, settlement, *document, amount);
   }
+  // In the contact balances it changes none of the accounts: the movement has none.
+  for (const bool increase : {true, false})
+    books.postContact(occasion.partner, 0, occasion.period, amount, increase);
 }
 
 }  // namespace velmora::cli::demo

@@ -17,6 +17,8 @@ constexpr SideTerms kReceivables{
     .trade = 1122,
     .advance = 2203,
     .other = 1221,
+    .goodsEstimate = 0,
+    .processingEstimate = 0,
     .invoiceCounter = 6001,
     .otherCounter = 6051,
     .bills = 1121,
@@ -40,6 +42,8 @@ constexpr SideTerms kPayables{
     .trade = 2202,
     .advance = 1123,
     .other = 2241,
+    .goodsEstimate = 2204,
+    .processingEstimate = 2205,
     .invoiceCounter = 1405,
     .otherCounter = 6602,
     .bills = 2201,
@@ -54,6 +58,13 @@ constexpr SideTerms kPayables{
 
 const SideTerms& termsOf(Side side) {
   return side == Side::kReceivables ? kReceivables : kPayables;
+}
+
+std::vector<int> controlAccounts(const SideTerms& side) {
+  std::vector<int> accounts{side.trade, side.advance, side.other};
+  if (!side.receivables())
+    accounts.insert(accounts.end(), {side.goodsEstimate, side.processingEstimate});
+  return accounts;
 }
 
 }  // namespace velmora::cli::demo

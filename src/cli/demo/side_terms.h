@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string_view>
+#include <vector>
 
 #include "cli/demo/demo.h"
 
@@ -43,6 +44,7 @@ struct SideTerms {
   int cashModuleClass;  ///< class type in the cash module of receipts or payments
   // control accounts
   int trade, advance, other;
+  int goodsEstimate, processingEstimate;  ///< payables only; 0 in receivables
   // accounts on the other side of the entry
   int invoiceCounter, otherCounter, bills;
   int creditStyle;  ///< way of selling or purchasing: on credit
@@ -54,5 +56,8 @@ struct SideTerms {
 };
 
 const SideTerms& termsOf(Side side);
+
+/// The accounts that the side keeps by partner.
+std::vector<int> controlAccounts(const SideTerms& side);
 
 }  // namespace velmora::cli::demo

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,7 +21,8 @@ class TableWriter {
               std::initializer_list<std::string> columns)
       : connection_(connection), table_(std::move(table)), columns_(columns) {}
 
-  /// Adds a row: one value a column, an Amount filling two, nullptr for NULL.
+  /// Adds a row: one value a column, an Amount filling two, nullptr or an empty optional
+  /// for NULL.
   template <class... Values>
   void row(const Values&... values) {
     (append(values), ...);
@@ -55,6 +57,7 @@ class TableWriter {
   }
   void append(std::string_view text);
   void append(std::nullptr_t) { cells_.push_back({}); }
+  void append(std::optional<int> value) { value ? append(*value) : append(nullptr); }
   void endRow();
   void storeCell(ado::BulkInsert& bulk, const Cell& cell) const;
 

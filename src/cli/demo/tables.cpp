@@ -49,6 +49,21 @@ Tables::Tables(ado::ProviderConnection& connection)
       expenses(connection, "ICExpenses",
                {"FInterID", "FBillNo", "FDate", "FTranType", "FPOStyle", "FSaleStyle", "FInvType",
                 "FSupplyID", "FCurrencyID"}),
+      stockBills(connection, "ICStockBill",
+                 {"FInterID", "FTranType", "FBillNo", "FDate", "FSupplyID", "FDeptID", "FEmpID",
+                  "FCussentAcctID", "FVchInterID", "FCancellation"}),
+      stockLines(connection, "ICStockBillEntry",
+                 {"FInterID", "FEntryID", "FItemID", "FQty", "FAmount", "FProcessCost"}),
+      subcontractBills(connection, "ICShop_SubcIn",
+                       {"FInterID", "FBillNo", "FDate", "FSupplierID", "FDeptID", "FEmpID",
+                        "FAcctID", "FVchInterID"}),
+      subcontractLines(connection, "ICShop_SubcInEntry",
+                       {"FInterID", "FEntryID", "FItemID", "FBasePassQty", "FAmount"}),
+      matches(connection, "ICHookRelations",
+              {"FID", "FIBTag", "FTranType", "FIBInterID", "FEntryID", "FHookQty", "FHookAmount",
+               "FEquityHook", "FYear", "FPeriod"}),
+      estimateRecords(connection, "t_MakeVouchTemp",
+                      {"FID", "FSCBillInterID", "FTranType", "FYear", "FPeriod", "FVoucherID"}),
       bills(connection, "t_rp_Bill",
             {"FBillID", "FBillNo", "FRP", "FSignDate", "FDueDate", "FItemClassID", "FCustomer",
              "FCurrencyID", "FAmountFor", "FAmount", "FReceiveBillID"}),
@@ -86,11 +101,12 @@ Tables::Tables(ado::ProviderConnection& connection)
 
 void Tables::store() {
   for (TableWriter* table :
-       {&otherBills,       &receipts,        &receiptLines, &contacts,       &contactBalances,
-        &initialDocuments, &initialLines,    &sales,        &saleLines,      &purchases,
-        &purchaseLines,    &expenses,        &bills,        &endorsements,   &discounts,
-        &billTransfers,    &billSettlements, &settlements,  &settledEntries, &vouchers,
-        &voucherLines,     &balances})
+       {&otherBills,       &receipts,      &receiptLines,    &contacts,    &contactBalances,
+        &initialDocuments, &initialLines,  &sales,           &saleLines,   &purchases,
+        &purchaseLines,    &expenses,      &stockBills,      &stockLines,  &subcontractBills,
+        &subcontractLines, &matches,       &estimateRecords, &bills,       &endorsements,
+        &discounts,        &billTransfers, &billSettlements, &settlements, &settledEntries,
+        &vouchers,         &voucherLines,  &balances})
     table->store();
 }
 

@@ -27,12 +27,16 @@ class Tables {
   TableWriter otherBills, receipts, receiptLines, contacts, contactBalances;
   TableWriter initialDocuments, initialLines;
   TableWriter sales, saleLines, purchases, purchaseLines, expenses;
+  TableWriter stockBills, stockLines, subcontractBills, subcontractLines, matches, estimateRecords;
   TableWriter bills, endorsements, discounts, billTransfers, billSettlements;
   TableWriter settlements, settledEntries;
   TableWriter vouchers, voucherLines, balances;
 
   Keys otherBillKeys, receiptKeys, contactKeys, initialKeys, saleKeys, purchaseKeys, expenseKeys,
-      billKeys, billUseKeys, settlementRowKeys, settlementKeys, voucherKeys;
+      billKeys, billUseKeys, settlementRowKeys, settlementKeys, voucherKeys, matchKeys,
+      estimateRecordKeys;
+  /// Of both kinds of inventory receipts: estimate records name either by its key alone.
+  Keys stockKeys;
   /// Voucher numbers, by period and voucher word.
   std::map<std::pair<int, int>, Keys> voucherNumbers;
 };
