@@ -67,13 +67,28 @@ std::int64_t AccountSet::number(const std::string& query) const {
 }
 
 const AccountSet& smallSet() {
-  static const AccountSet set("small", createSmallSet);
+  static const AccountSet set("small", [](auto& connection) { return createSmallSet(connection); });
+  return set;
+}
+
+const AccountSet& smallSetWithoutFaults() {
+  static const AccountSet set("small_faultless", [](auto& connection) {
+    return createSmallSet(connection, Faults::kLeftOut);
+  });
   return set;
 }
 
 const AccountSet& generatedSet() {
   static const AccountSet set("generated", [](ado::Connection& connection) {
     return createGeneratedSet(connection, {.documents = 500, .seed = 7, .progress = {}});
+  });
+  return set;
+}
+
+const AccountSet& generatedSetWithoutFaults() {
+  static const AccountSet set("generated_faultless", [](ado::Connection& connection) {
+    return createGeneratedSet(
+        connection, {.documents = 500, .seed = 7, .progress = {}, .faults = Faults::kLeftOut});
   });
   return set;
 }

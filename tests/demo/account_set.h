@@ -38,5 +38,8 @@ class AccountSet {
 const AccountSet& smallSet();
 /// A generated set of 500 documents a side, filled once for all tests.
 const AccountSet& generatedSet();
+/// The same without faults.
+const AccountSet& smallSetWithoutFaults();
+const AccountSet& generatedSetWithoutFaults();
 
 }  // namespace velmora::cli::demo

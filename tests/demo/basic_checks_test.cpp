@@ -72,5 +72,13 @@ TEST(BasicChecks, AnswerOnTheSetsWhatIsWrittenDown) {
   EXPECT_EQ(generated, small) << "planted once, whatever the size";
 }
 
+TEST(BasicChecks, FindNothingWithoutFaults) {
+  Lines found;
+  addInitFindings(found, "init ar", smallSetWithoutFaults(), true);
+  addInitFindings(found, "init ap", smallSetWithoutFaults(), false);
+  addAccountFindings(found, "account", smallSetWithoutFaults());
+  EXPECT_THAT(found, testing::IsEmpty());
+}
+
 }  // namespace
 }  // namespace velmora::cli::demo

@@ -59,6 +59,12 @@ TEST(ClosingCheck, FindsWhatWasPlanted) {
             << "check item " << item << (side == Side::kReceivables ? ", ar" : ", ap");
 }
 
+TEST(ClosingCheck, FindsNothingWithoutFaults) {
+  for (const AccountSet* set : {&smallSetWithoutFaults(), &generatedSetWithoutFaults()})
+    for (const Side side : {Side::kReceivables, Side::kPayables})
+      for (const auto& [item, count] : countFindings(*set, side)) EXPECT_EQ(count, 0) << item;
+}
+
 /// Side, check item, severity and message of every finding, one a line.
 std::vector<std::string> findings(const AccountSet& set, Side side) {
   auto options = com::make<Dictionary>();
