@@ -123,7 +123,7 @@ const std::array kReceivablesFaults{
 };
 
 constexpr std::array<std::string_view, kCheckItems + 1> kCheckItemNames{
-    "vouchers not posted (for reconcile)",
+    "vouchers not posted",
     "unaudited documents",
     "unsettled expense invoices",
     "documents without voucher",
