@@ -1,0 +1,103 @@
+#include "platform/ado/odbc/batch.h"
+
+#include <algorithm>
+#include <iterator>
+#include <sqlucode.h>
+#include <utility>
+
+#include "platform/ado/odbc/columns.h"
+#include "platform/ado/odbc/parameters.h"
+#include "platform/ado/odbc/wide_text.h"
+
+namespace velmora::ado::odbc {
+
+namespace {
+
+bool isBlank(std::string_view text) {
+  return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+class BatchRun {
+ public:
+  explicit BatchRun(const Session& session, int timeoutSeconds) : statement_(session) {
+    // A driver that cannot stop a batch refuses this, and the batch takes what it takes.
+    SQLSetStmtAttr(statement_.handle(), SQL_ATTR_QUERY_TIMEOUT,
+                   attributeValue(static_cast<SQLULEN>(timeoutSeconds)), 0);
+  }
+
+  std::vector<StatementResult> run(std::string_view batch,
+                                   std::span<const ParameterValue> parameters) {
+    const BoundParameters bound(statement_, parameters);
+    std::u16string text = toWide(batch);
+    auto code = SQLExecDirectW(statement_.handle(), reinterpret_cast<SQLWCHAR*>(text.data()),
+                               static_cast<SQLINTEGER>(text.size()));
+    if (code == SQL_NO_DATA) code = SQL_SUCCESS;  // a change that met no rows
+    while (code != SQL_NO_DATA) {
+      if (SQL_SUCCEEDED(code))
+        takeResult();
+      else if (!noteErrors())
+        break;
+      code = SQLMoreResults(statement_.handle());
+    }
+    if (!errors_.empty()) throwDiagnostics(errors_);
+    return std::move(results_);
+  }
+
+ private:
+  void takeResult() {
+    StatementResult result;
+    result.rows.fields = describeColumns(statement_);
+    result.hasRows = !result.rows.fields.empty();
+    if (result.hasRows) {
+      fetchRows(result.rows);
+    } else {
+      SQLLEN changed = -1;
+      SQLRowCount(statement_.handle(), &changed);
+      if (changed < 0) return;
+      result.recordsAffected = changed;
+    }
+    results_.push_back(std::move(result));
+  }
+
+  void fetchRows(Rowset& rows) {
+    for (;;) {
+      const auto code = SQLFetch(statement_.handle());
+      if (code == SQL_NO_DATA) return;
+      if (!SQL_SUCCEEDED(code)) {
+        noteErrors();
+        return;
+      }
+      for (std::size_t column = 0; column < rows.fields.size(); ++column)
+        rows.cells.push_back(readCell(statement_, column, rows.fields[column]));
+    }
+  }
+
+  /// False when asking for further results leads nowhere: the driver repeats itself, the
+  /// connection is gone, or only the driver manager says that the batch has ended.
+  bool noteErrors() {
+    auto said = diagnosticsOf(SQL_HANDLE_STMT, statement_.handle());
+    const bool ended = !errors_.empty() && !said.empty() && said.front().state == "HY010";
+    if (ended || said == lastSaid_) return false;
+    std::ranges::copy_if(said, std::back_inserter(errors_), [this](const Diagnostic& record) {
+      return std::ranges::find(errors_, record) == errors_.end();
+    });
+    lastSaid_ = std::move(said);
+    return !isConnectionLost(lastSaid_);
+  }
+
+  Statement statement_;
+  std::vector<StatementResult> results_;
+  std::vector<Diagnostic> errors_;
+  std::vector<Diagnostic> lastSaid_;
+};
+
+}  // namespace
+
+std::vector<StatementResult> runBatch(const Session& session, std::string_view batch,
+                                      std::span<const ParameterValue> parameters,
+                                      int timeoutSeconds) {
+  if (isBlank(batch)) return {};
+  return BatchRun(session, timeoutSeconds).run(batch, parameters);
+}
+
+}  // namespace velmora::ado::odbc
