@@ -51,7 +51,7 @@ void makeSet(const fs::path& file, int items) {
   fs::remove(unfinished);
   auto connection = com::make<ado::Connection>();
   connection->Open(adoString(unfinished, "Create"));
-  cli::demo::createEmptySet(*connection);
+  cli::demo::createNewSet(*connection);
   connection->Execute(
       "insert into t_RP_SystemProfile values ('ARP', 'FCheckAccount', '1')\n"
       "insert into t_ItemClass (FItemClassID, FName, FSqlTableName) values "

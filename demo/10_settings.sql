@@ -1,6 +1,6 @@
 -- Settings, calendar and currencies of the demonstration sets: receivables, payables,
 -- inventory and ledger started in 2008-01 and stand at 2009-03. 30_planted_faults.sql
--- leaves some of them wanting.
+-- takes the company's name away.
 
 insert into t_RP_SystemProfile (FCategory, FKey, FValue) values
     ('ARP', 'FCompanyName', N'示例贸易有限公司'),

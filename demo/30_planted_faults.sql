@@ -2,12 +2,8 @@
 -- find. No document, balance or account is touched, so that neither the closing check
 -- nor the reconciliation with the ledger sees them.
 
--- Initial data: no company name; receivables started before the ledger; payables
--- without start period.
+-- Nobody has entered the company's name.
 delete from t_RP_SystemProfile where FKey = 'FCompanyName'
-update t_RP_SystemProfile set FValue = '2007' where FKey = 'FARUseYear'
-update t_RP_SystemProfile set FValue = '12' where FKey = 'FARUsePeriod'
-update t_RP_SystemProfile set FValue = '0' where FKey = 'FAPUsePeriod'
 GO
 
 -- Document types that nobody has given an account yet, and nobody uses.

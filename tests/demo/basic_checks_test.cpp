@@ -49,17 +49,17 @@ void addAccountFindings(Lines& lines, const std::string& name, const AccountSet&
 }
 
 TEST(BasicChecks, AnswerOnTheSetsWhatIsWrittenDown) {
-  const AccountSet empty("empty", [](ado::Connection& connection) {
-    createEmptySet(connection);
+  const AccountSet fresh("new", [](ado::Connection& connection) {
+    createNewSet(connection);
     return PlantedFindings();
   });
   Lines found;
   addInitFindings(found, "init ar", smallSet(), true);
   addInitFindings(found, "init ap", smallSet(), false);
   addAccountFindings(found, "account", smallSet());
-  addInitFindings(found, "empty init ar", empty, true);
-  addInitFindings(found, "empty init ap", empty, false);
-  addAccountFindings(found, "empty account", empty);
+  addInitFindings(found, "new init ar", fresh, true);
+  addInitFindings(found, "new init ap", fresh, false);
+  addAccountFindings(found, "new account", fresh);
 
   std::ifstream file(VELMORA_SOURCE_DIR "/demo/expected_basic_findings.tsv");
   Lines expected;

@@ -21,7 +21,7 @@ struct Options {
   std::string file;
   std::int64_t documents = 0;  // 0: the small set
   std::uint64_t seed = 1;
-  bool empty = false;
+  bool newSet = false;
   bool noFaults = false;
   bool force = false;
 };
@@ -50,8 +50,8 @@ class Rate {
 demo::PlantedFindings fill(const Options& options, const std::string& file, Streams& streams) {
   const auto connection = com::make<ado::Connection>();
   connection->Open(embeddedConnectString(file, "Create"));
-  if (options.empty) {
-    demo::createEmptySet(*connection);
+  if (options.newSet) {
+    demo::createNewSet(*connection);
     return {};
   }
   const auto faults = options.noFaults ? demo::Faults::kLeftOut : demo::Faults::kPlanted;
@@ -82,8 +82,8 @@ int createDemo(const Options& options, Streams& streams) {
   NewFile file(options.file, options.force);
   const auto planted = fill(options, file.unfinished(), streams);
   file.complete();
-  if (!options.empty && !options.noFaults) writePlanted(streams.out, planted);
-  streams.err << "\nNext: velmora " << (options.empty ? "init-check" : "close-check") << " --db "
+  if (!options.newSet && !options.noFaults) writePlanted(streams.out, planted);
+  streams.err << "\nNext: velmora " << (options.newSet ? "init-check" : "close-check") << " --db "
               << options.file << " --lang EN\n";
   return kOk;
 }
@@ -113,15 +113,15 @@ void addDemo(CLI::App& program, Run& chosen) {
       ->add_option("--seed", options->seed,
                    "With --documents: the same seed makes the same account set (1)")
       ->option_text("S");
-  auto* empty =
+  auto* newSet =
       command
-          ->add_flag("--empty", options->empty,
-                     "An account set in which nothing has been entered yet, for init-check")
+          ->add_flag("--new", options->newSet,
+                     "A new account set, in which little has been entered yet, for init-check")
           ->excludes(documents);
   command
       ->add_flag("--no-faults", options->noFaults,
                  "The same books without what is at fault: no check finds anything")
-      ->excludes(empty);
+      ->excludes(newSet);
   command->add_flag("--force", options->force, "Replace the file if it exists");
   command->callback([options, &chosen] {
     chosen = [options](Streams& streams) { return createDemo(*options, streams); };

@@ -155,8 +155,9 @@ int partnersFor(std::int64_t documents) {
 
 }  // namespace
 
-void createEmptySet(ado::Connection& connection) {
+void createNewSet(ado::Connection& connection) {
   runScripts(connection, schemaScripts());
+  runScripts(connection, newSetScripts());
 }
 
 PlantedFindings createSmallSet(ado::Connection& connection, Faults faults) {

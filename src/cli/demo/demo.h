@@ -38,9 +38,9 @@ struct GenerateOptions {
   Faults faults = Faults::kPlanted;
 };
 
-/// Fills an empty, writable database with the tables of an account set in which nothing
-/// has been entered. Raises com::Error.
-void createEmptySet(ado::Connection& connection);
+/// Fills an empty, writable database with the tables of a new account set, in which
+/// nothing but start periods has been entered. Raises com::Error.
+void createNewSet(ado::Connection& connection);
 
 /// Fills an empty, writable database with the tables of an account set and the
 /// small demonstration set. Raises com::Error.

@@ -21,4 +21,7 @@ std::span<const EmbeddedText> basicDataScripts();
 /// The scripts that plant faults in the basic data.
 std::span<const EmbeddedText> basicFaultScripts();
 
+/// The scripts that enter what a new account set has: start periods.
+std::span<const EmbeddedText> newSetScripts();
+
 }  // namespace velmora::cli::demo
