@@ -29,8 +29,9 @@ constexpr std::array<Name, 2> kTrades{
 constexpr std::array<Currency, kCurrencyCycle> kCurrencies{kRenminbi, kRenminbi, kRenminbi,
                                                            kHongKongDollar, kUsDollar};
 
-// Partners whose record lacks their trade account, or has one that no sub-system
-// controls. Documents carry the right account all the same.
+// Customers whose record lacks the payable account, or has one that no sub-system
+// controls; of suppliers the receivable one. Neither is used: the accounts of their own
+// side tell what the side posts to.
 constexpr int kWithoutAccount = 8;
 constexpr int kWithUncontrolledAccount = 9;
 
@@ -54,8 +55,8 @@ Partner partnerAt(const SideTerms& side, int index) {
           .employee = side.receivables() ? 201 + index % 2 : 203};
 }
 
-/// The trade account on the partner's record: `trade` unless it is at fault, then 0 or
-/// the account of bills, `bills`.
+/// The other side's account on the partner's record: `trade` unless it is at fault, then
+/// 0 or the account of bills, `bills`.
 int recordedAccount(Faults faults, int index, int trade, int bills) {
   if (faults == Faults::kLeftOut) return trade;
   if (index == kWithoutAccount) return 0;
@@ -85,8 +86,8 @@ std::vector<Partner> enterPartners(ado::ProviderConnection& connection, const Si
     items.row(partner.id, side.itemClass, number, simplified, traditional, english);
     accounts.row(partner.id, number, simplified, traditional, english, partner.department,
                  partner.employee, partner.currency.id,
-                 side.receivables() ? recordedAccount(faults, index, 1122, 1121) : 1122,
-                 side.receivables() ? 2202 : recordedAccount(faults, index, 2202, 2201),
+                 side.receivables() ? 1122 : recordedAccount(faults, index, 1122, 1121),
+                 side.receivables() ? recordedAccount(faults, index, 2202, 2201) : 2202,
                  side.advance, 2203, 1123, 1221, 2241, 2221);
     details.row(partner.id, side.itemClass, partner.id);
     partners.push_back(partner);
