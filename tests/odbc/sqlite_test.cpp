@@ -27,7 +27,7 @@ TEST_F(OdbcSqlite, ReadsEveryTypeOfTheSchema) {
       "float, FDate datetime, FDay date, FNumber varchar(80), FName nvarchar(255), FNote text)");
   connection->Execute(
       "insert into t values (-2147483648, -3, 255, 9007199254740993, 1, 0.1, '2009-03-01 "
-      "10:20:30.25', '2009-12-31', 'C001', '应收账款', 'x')");
+      "10:20:30.25', '2009-12-31', 'C001', '应收账款 \U0001F4B0', 'x')");
   connection->Execute("insert into t (FID) values (2)");
   const auto rs = connection->Execute("select * from t order by FID");
   struct Expected {
@@ -45,7 +45,7 @@ TEST_F(OdbcSqlite, ReadsEveryTypeOfTheSchema) {
       {adDBTimeStamp, 16, Date::fromParts({2009, 3, 1, 10, 20, 30, 250'000})},
       {adDBDate, 6, Date::ymd(2009, 12, 31)},
       {adVarChar, 80, "C001"},
-      {adVarChar, 255, "应收账款"},
+      {adVarChar, 255, "应收账款 \U0001F4B0"},
       {adLongVarChar, -1, "x"},
   };
   ASSERT_EQ(rs->Fields().Count(), expected.size());
@@ -100,7 +100,7 @@ TEST_F(OdbcSqlite, KeepsLargeTextsAndManyRows) {
 TEST_F(OdbcSqlite, SurvivesAFailedBatch) {
   expectError(kProvider, "1: [SQLite]no such table: nowhere (1) (SQLSTATE HY000)",
               [&] { connection->Execute("select * from nowhere"); });
-  EXPECT_EQ(connection->Execute("select 'still here' as FText")->GetValue(0),
+  EXPECT_EQ(connection->Execute("select 'still here' as 文本")->Fields()("文本").Value(),
             Variant("still here"));
 }
 

@@ -224,6 +224,13 @@ SQLRETURN SQLDriverConnectW(SQLHDBC handle, SQLHWND, SQLWCHAR* text, SQLSMALLINT
   return SQL_ERROR;
 }
 
+SQLRETURN SQLNativeSqlW(SQLHDBC, SQLWCHAR* text, SQLINTEGER length, SQLWCHAR* back, SQLINTEGER,
+                        SQLINTEGER* backLength) {
+  *std::copy_n(text, length, back) = 0;
+  *backLength = length;
+  return SQL_SUCCESS;
+}
+
 SQLRETURN SQLDisconnect(SQLHDBC) {
   return SQL_SUCCESS;
 }

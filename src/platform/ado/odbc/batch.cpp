@@ -2,12 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
-#include <sqlucode.h>
 #include <utility>
 
 #include "platform/ado/odbc/columns.h"
 #include "platform/ado/odbc/parameters.h"
-#include "platform/ado/odbc/wide_text.h"
 
 namespace velmora::ado::odbc {
 
@@ -28,9 +26,7 @@ class BatchRun {
   std::vector<StatementResult> run(std::string_view batch,
                                    std::span<const ParameterValue> parameters) {
     const BoundParameters bound(statement_, parameters);
-    std::u16string text = toWide(batch);
-    auto code = SQLExecDirectW(statement_.handle(), reinterpret_cast<SQLWCHAR*>(text.data()),
-                               static_cast<SQLINTEGER>(text.size()));
+    auto code = statement_.execute(batch);
     if (code == SQL_NO_DATA) code = SQL_SUCCESS;  // a change that met no rows
     while (code != SQL_NO_DATA) {
       if (SQL_SUCCEEDED(code))

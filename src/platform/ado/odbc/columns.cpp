@@ -1,7 +1,6 @@
 #include "platform/ado/odbc/columns.h"
 
 #include <array>
-#include <sqlucode.h>
 
 #include "platform/ado/odbc/wide_text.h"
 #include "velmora/ado/data_type.h"
@@ -54,32 +53,16 @@ std::int64_t textSize(SQLULEN size, DataTypeEnum type) {
 }
 
 FieldDefinition describeColumn(const Statement& statement, SQLUSMALLINT number) {
-  std::u16string name(256, u'\0');
-  SQLSMALLINT length = 0;
-  SQLSMALLINT type = 0;
-  SQLSMALLINT scale = 0;
-  SQLSMALLINT nullable = 0;
-  SQLULEN size = 0;
-  const auto ask = [&] {
-    statement.check(SQLDescribeColW(
-        statement.handle(), number, reinterpret_cast<SQLWCHAR*>(name.data()),
-        static_cast<SQLSMALLINT>(name.size()), &length, &type, &size, &scale, &nullable));
-  };
-  ask();
-  if (static_cast<std::size_t>(length) >= name.size()) {
-    name.resize(static_cast<std::size_t>(length) + 1);
-    ask();
-  }
-  name.resize(static_cast<std::size_t>(length));
+  const auto column = statement.describe(number);
   FieldDefinition field;
-  field.name = toReadableUtf8(name);
-  field.type = adoType(type);
-  field.nullable = nullable != SQL_NO_NULLS;
+  field.name = column.name;
+  field.type = adoType(column.type);
+  field.nullable = column.nullable != SQL_NO_NULLS;
   field.definedSize = fixedSize(field.type);
-  if (kindOf(field.type) == DataKind::text) field.definedSize = textSize(size, field.type);
+  if (kindOf(field.type) == DataKind::text) field.definedSize = textSize(column.size, field.type);
   if (field.type == adNumeric) {
-    field.precision = static_cast<int>(size);
-    field.numericScale = scale;
+    field.precision = static_cast<int>(column.size);
+    field.numericScale = column.scale;
   }
   return field;
 }

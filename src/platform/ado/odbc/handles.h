@@ -3,6 +3,7 @@
 #include <sql.h>
 #include <sqlext.h>
 #include <string>
+#include <string_view>
 
 #include "platform/ado/odbc/odbc_error.h"
 
@@ -32,11 +33,17 @@ class Session {
   Session& operator=(const Session&) = delete;
   ~Session();
   SQLHDBC handle() const noexcept { return handle_; }
+  /// Whether wide texts reach the driver undamaged. For a driver without wide functions the
+  /// driver manager squeezes them into bytes; such a driver is given UTF-8 instead.
+  bool takesWideTexts() const noexcept { return takesWideTexts_; }
 
  private:
+  bool keepsWideTexts() const;
+
   // Of its own: connections of other threads do not wait for each other in it.
   Environment environment_;
   SQLHDBC handle_ = SQL_NULL_HDBC;
+  bool takesWideTexts_ = true;
 };
 
 class Statement {
@@ -47,10 +54,26 @@ class Statement {
   ~Statement() { SQLFreeHandle(SQL_HANDLE_STMT, handle_); }
   SQLHSTMT handle() const noexcept { return handle_; }
 
+  /// SQLExecDirect with a UTF-8 text.
+  SQLRETURN execute(std::string_view text) const;
+  struct Column {
+    std::string name;
+    SQLSMALLINT type = 0;
+    SQLULEN size = 0;
+    SQLSMALLINT scale = 0;
+    SQLSMALLINT nullable = SQL_NULLABLE_UNKNOWN;
+  };
+  /// A column of the current result, from 1.
+  Column describe(SQLUSMALLINT number) const;
+
   void check(SQLRETURN code) const { odbc::check(code, SQL_HANDLE_STMT, handle_); }
 
  private:
+  template <class Char, class Ask>
+  std::basic_string<Char> nameOf(Ask ask) const;
+
   SQLHSTMT handle_ = SQL_NULL_HSTMT;
+  bool wide_;
 };
 
 /// A number where ODBC wants a pointer for an attribute's value.
