@@ -123,7 +123,9 @@ create index idx_t_rp_Contact_FFincDate on t_rp_Contact (FFincDate)
 GO
 
 -- Balances of the contact records by period. On both sides a debit makes the open
--- amount larger and a credit makes it smaller: end = begin + debit - credit.
+-- amount larger and a credit makes it smaller: end = begin + debit - credit. FAccountID
+-- 0: documents without account, and advances offset against invoices, a debit and a
+-- credit alike; what an offset moves between accounts its settlement record tells.
 create table t_rp_ContactBal (
     FYear int not null,
     FPeriod int not null,

@@ -81,16 +81,26 @@ TEST(AccountSet, PlantsWhatTheReadmeTells) {
 }
 
 TEST(AccountSet, TellsProgressUpToItsTotal) {
-  std::vector<std::pair<std::int64_t, std::int64_t>> reports;
-  const AccountSet set("progress", [&](ado::Connection& connection) {
-    return createGeneratedSet(
-        connection, {.documents = 5'500, .seed = 1, .progress = [&](auto done, auto total) {
-                       reports.emplace_back(done, total);
-                     }});
-  });
+  using Reports = std::vector<std::pair<std::int64_t, std::int64_t>>;
+  const auto reportsOf = [](Faults faults, std::vector<std::string>& written) {
+    Reports reports;
+    const auto progress = [&](auto done, auto total) { reports.emplace_back(done, total); };
+    const AccountSet set("progress", [&](ado::Connection& connection) {
+      return createGeneratedSet(
+          connection, {.documents = 5'500, .seed = 1, .progress = progress, .faults = faults});
+    });
+    written = documents(set);
+    return reports;
+  };
+  std::vector<std::string> written;
+  const Reports reports = reportsOf(Faults::kPlanted, written);
   ASSERT_GE(reports.size(), 2U);
   EXPECT_TRUE(std::ranges::is_sorted(reports));
   EXPECT_EQ(reports.back(), std::pair(std::int64_t{11'000}, std::int64_t{11'000}));
+
+  const auto [done, total] = reportsOf(Faults::kLeftOut, written).back();
+  EXPECT_EQ(done, total);
+  EXPECT_EQ(std::stoi(written.at(0).substr(2)) + std::stoi(written.at(1).substr(2)), total);
 }
 
 TEST(AccountSet, RefusesTooFewDocuments) {
