@@ -2,6 +2,7 @@
 
 #include "ado/expect_error.h"
 #include "ado/fake_provider.h"
+#include "platform/ado/odbc/odbc_provider.h"
 #include "velmora/ado/command.h"
 
 namespace velmora::ado {
@@ -65,6 +66,7 @@ TEST_F(ConnectionTest, FindsTheProviderOfASqlServer) {
   auto connection = com::make<Connection>();
   connection->Open("Provider=SQLOLEDB.1");
   EXPECT_EQ(database.open, 1);
+  odbc::registerProvider();  // the other tests of this program shall find it
 }
 
 TEST_F(ConnectionTest, NamesAProviderThatThereIsNot) {

@@ -1,5 +1,5 @@
 #include "ado/expect_error.h"
-#include "velmora/ado/command.h"
+#include "velmora/ado/connection.h"
 
 namespace velmora::ado {
 namespace {
@@ -25,19 +25,6 @@ TEST(EmbeddedConnection, RunsBatchesByConnectionString) {
   rs->Filter("FAmount = null and FName like 'oth*'");
   EXPECT_EQ(rs->Fields()("FID").Value(), Variant(2));
   EXPECT_EQ(rs->NextRecordset()->Fields()("n").Value(), Variant(7));
-
-  auto command = com::make<Command>();
-  command->ActiveConnection(connection);
-  command->CommandText("select FName from #t where FID = ? and FName = ?");
-  command->AppendParameter(adInteger, 0, "1");
-  command->AppendParameter(adVarChar, 20, "ACME");
-  EXPECT_EQ(command->Execute()->RecordCount(), 1);
-
-  expectError(com::error::kProvider, "nowhere",
-              [&] { connection->Execute("select * from nowhere"); });
-  rs = connection->Execute("select FID from #t where FID > 5");
-  EXPECT_TRUE(rs->EOF_());
-  EXPECT_EQ(rs->Fields()(0).Name(), "FID");
 }
 
 }  // namespace

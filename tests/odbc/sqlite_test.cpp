@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "ado/expect_error.h"
-#include "odbc/sqlite_database.h"
+#include "sqlite_database.h"
 #include "velmora/ado/command.h"
 
 // The provider with a real driver and a real database. SQLite has no decimals of its own;
