@@ -41,20 +41,27 @@ std::string fillingScript(int contacts) {
   const std::string count = std::to_string(contacts);
   const std::string periods =
       "(select 2008 + p // 12 as y, p % 12 + 1 as m, p from range(17) r(p)) periods, "
-      "(values (1122), (1221), (2203)) accounts(a), range(" + count + ") contacts(c)";
-  const std::string amounts = "(c * 7 + p) % 1000 / 4, c % 89, p, (c * 7 + p) % 1000 / 4 + c % 89 - p";
+      "(values (1122), (1221), (2203)) accounts(a), range(" +
+      count + ") contacts(c)";
+  const std::string amounts =
+      "(c * 7 + p) % 1000 / 4, c % 89, p, (c * 7 + p) % 1000 / 4 + c % 89 - p";
   return "insert into t_Item (FItemID, FItemClassID, FNumber, FName) select 1000000 + c, 1, "
-         "printf('K%07d', c), printf('Trading company %d', c) from range(" + count + ") r(c);"
-         "insert into t_ItemDetailV select 1000000 + c, 1, 1000000 + c from range(" + count +
+         "printf('K%07d', c), printf('Trading company %d', c) from range(" +
+         count +
+         ") r(c);"
+         "insert into t_ItemDetailV select 1000000 + c, 1, 1000000 + c from range(" +
+         count +
          ") r(c);"
          "insert into t_rp_ContactBal (FYear, FPeriod, FRP, FItemClassID, FCustomer, FAccountID, "
          "FCurrencyID, FBeginBalanceFor, FDebitFor, FCreditFor, FEndBalanceFor, FBeginBalance, "
-         "FDebit, FCredit, FEndBalance) select y, m, 1, 1, 1000000 + c, a, 1, " + amounts + ", " +
-         amounts + " from " + periods + " where not (p = 0 and a = 2203);"
+         "FDebit, FCredit, FEndBalance) select y, m, 1, 1, 1000000 + c, a, 1, " +
+         amounts + ", " + amounts + " from " + periods +
+         " where not (p = 0 and a = 2203);"
          "insert into t_Balance (FYear, FPeriod, FAccountID, FDetailID, FCurrencyID, "
          "FBeginBalanceFor, FDebitFor, FCreditFor, FEndBalanceFor, FBeginBalance, FDebit, FCredit, "
-         "FEndBalance) select y, m, a, 1000000 + c, currency, " + amounts + ", " + amounts +
-         " from " + periods + ", range(5) r(currency) where not (p = 0 and currency > 0 and a > 1122);"
+         "FEndBalance) select y, m, a, 1000000 + c, currency, " +
+         amounts + ", " + amounts + " from " + periods +
+         ", range(5) r(currency) where not (p = 0 and currency > 0 and a > 1122);"
          "update t_Balance set FDebit = FDebit + 1, FEndBalance = FEndBalance + 1 "
          "where FDetailID % 97 = 0 and FDetailID > 1000000; checkpoint;";
 }
@@ -67,7 +74,8 @@ void makeSet(const fs::path& file, int contacts) {
   cli::demo::createEmptySet(*connection);
   connection->Execute(
       "insert into t_Account (FAccountID, FNumber, FName, FDetailID) values "
-      "(1122, '1122', 'Receivables', 1), (1221, '1221', 'Other', 1), (2203, '2203', 'Advances', 1)\n"
+      "(1122, '1122', 'Receivables', 1), (1221, '1221', 'Other', 1), (2203, '2203', 'Advances', "
+      "1)\n"
       "insert into t_ItemClass (FItemClassID, FName) values (1, 'Customer')\n"
       "insert into t_ItemDetailV values (1, 1, -1)\n"
       "insert into t_Currency (FCurrencyID, FNumber, FName) values (1, 'RMB', 'RMB')\n"
@@ -92,9 +100,9 @@ ado::RecordsetRef check(const fs::path& file) {
   filter->Set("CurrencyID", 0);
   filter->Set("AcctList", "1122,1221,2203");
   const std::string dsn = "ConnectString={" + adoString(file, "Read") + "};SubID=AR";
-  const auto rows = com::call(*com::CreateObject("Velmora.clsInitBalCheck"), "GetInitAmtCheck", dsn,
-                              filter)
-                        .toObject<ado::Recordset>();
+  const auto rows =
+      com::call(*com::CreateObject("Velmora.clsInitBalCheck"), "GetInitAmtCheck", dsn, filter)
+          .toObject<ado::Recordset>();
   if (!rows) throw std::runtime_error("the check failed: " + com::GetErrorInfo()->description);
   return rows;
 }
@@ -106,15 +114,15 @@ std::string amountList(const char* form) {
       for (const char* currency : {"For", ""}) {
         const std::string column = std::string("F") + side + measure + "Amount" + currency;
         if (!list.empty()) list += ", ";
-        for (const char* c = form; *c != '\0'; ++c)
-          list += *c == '$' ? column : std::string(1, *c);
+        for (const char* c = form; *c != '\0'; ++c) list += *c == '$' ? column : std::string(1, *c);
       }
   return list;
 }
 
 std::string byHand() {
-  return handWritten("reconcile_period.sql", {{"{amounts}", amountList("cast(0 as decimal(28,4)) as $")},
-                                              {"{sums}", amountList("sum($) as $")}});
+  return handWritten("reconcile_period.sql",
+                     {{"{amounts}", amountList("cast(0 as decimal(28,4)) as $")},
+                      {"{sums}", amountList("sum($) as $")}});
 }
 
 /// Rows as "account item difference", which is what a user looks at.
@@ -129,11 +137,12 @@ void compareAnswers(const fs::path& file, const PlainEngine& engine) {
     const auto text = [&](const char* column) {
       return rows->GetValue(rows->fieldIndex(column)).toText();
     };
+    const auto difference = rows->GetValue(rows->fieldIndex("FDiffAmount")).toDecimal();
     const std::string found =
-        text("FAcctNumber") + ' ' + text("FItemClassNumber") + ' ' + text("FDiffAmount");
+        text("FAcctNumber") + ' ' + text("FItemClassNumber") + ' ' + difference.toString();
     if (row >= wanted.size() || found != wanted[row++])
       throw std::runtime_error("row " + std::to_string(row) + " is " + found);
-    if (text("FDiffAmount") != "0.0000") ++differing;
+    if (!difference.isZero()) ++differing;
   }
   if (row != wanted.size() || differing == 0)
     throw std::runtime_error("the hand-written steps give other rows");
@@ -145,10 +154,14 @@ double medianCheck(const fs::path& file) {
   return median(times);
 }
 
+/// The process of its own comes first: a child's peak counts what its parent holds.
 int measure(const fs::path& folder) {
   com::ActivateServer(VELMORA_COMPONENT);
   const fs::path large = setOf(folder, kLargeContacts);
   Figures figures;
+  const ProcessRun once = runProcess({"/proc/self/exe", "once", large.string()});
+  if (once.exitStatus != 0) throw std::runtime_error("the check failed in a process of its own");
+  figures.report("detail period check, peak memory", once.peakMemoryMiB, 3072, "MiB");
   std::vector<double> ratios, times;
   {
     auto held = com::make<ado::Connection>();
@@ -162,8 +175,6 @@ int measure(const fs::path& folder) {
   }
   std::printf("detail period check, 20,000 contacts: %.3f s\n", median(times));
   figures.report("detail period check against hand-written steps", median(ratios), 1.2, "x");
-  const ProcessRun once = runProcess({"/proc/self/exe", "once", large.string()});
-  figures.report("detail period check, peak memory", once.peakMemoryMiB, 3072, "MiB");
   figures.report("four times the rows",
                  medianCheck(large) / medianCheck(setOf(folder, kLargeContacts / 4)), 4.5, "x");
   return figures.allKept() ? 0 : 1;

@@ -9,10 +9,7 @@
 // does not. Answers are compared before anything is timed.
 
 #include <cstdio>
-#include <duckdb.h>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <set>
 #include <stdexcept>
@@ -21,6 +18,7 @@
 
 #include "figures.h"
 #include "measure.h"
+#include "plain_engine.h"
 #include "platform/ado/duckdb/session_state.h"
 #include "platform/tsql/parser.h"
 #include "platform/tsql/translate.h"
@@ -73,94 +71,11 @@ std::vector<Check> checksOf(const std::string& file) {
   return checks;
 }
 
-/// The engine by itself, on the same file.
-class PlainEngine {
- public:
-  explicit PlainEngine(const std::string& file) {
-    duckdb_config config = nullptr;
-    duckdb_create_config(&config);
-    duckdb_set_config(config, "access_mode", "READ_ONLY");
-    char* error = nullptr;
-    if (duckdb_open_ext(file.c_str(), &database_, config, &error) == DuckDBError)
-      throw std::runtime_error(error);
-    duckdb_destroy_config(&config);
-    duckdb_connect(database_, &connection_);
-  }
-  PlainEngine(const PlainEngine&) = delete;
-  PlainEngine& operator=(const PlainEngine&) = delete;
-  ~PlainEngine() {
-    duckdb_disconnect(&connection_);
-    duckdb_close(&database_);
-  }
-
-  /// Runs `sql` and takes every cell out of the result, as any client does; answers how
-  /// many bytes of text there were.
-  std::size_t run(const std::string& sql) const {
-    duckdb_result result = execute(sql);
-    std::vector<std::string> texts;
-    while (duckdb_data_chunk chunk = duckdb_fetch_chunk(result)) {
-      takeTexts(chunk, texts);
-      duckdb_destroy_data_chunk(&chunk);
-    }
-    finish(result);
-    std::size_t bytes = 0;
-    for (const std::string& text : texts) bytes += text.size();
-    return bytes;
-  }
-
-  std::multiset<std::string> texts(const std::string& sql) const {
-    duckdb_result result = execute(sql);
-    std::multiset<std::string> values;
-    for (idx_t row = 0; row < duckdb_row_count(&result); ++row) {
-      char* text = duckdb_value_varchar(&result, 0, row);
-      values.insert(text == nullptr ? "" : text);
-      duckdb_free(text);
-    }
-    finish(result);
-    return values;
-  }
-
- private:
-  duckdb_result execute(const std::string& sql) const {
-    duckdb_result result;
-    if (duckdb_query(connection_, sql.c_str(), &result) == DuckDBError)
-      throw std::runtime_error(duckdb_result_error(&result));
-    return result;
-  }
-  static void finish(duckdb_result result) { duckdb_destroy_result(&result); }
-
-  static void takeTexts(duckdb_data_chunk chunk, std::vector<std::string>& texts) {
-    const idx_t rows = duckdb_data_chunk_get_size(chunk);
-    for (idx_t column = 0; column < duckdb_data_chunk_get_column_count(chunk); ++column) {
-      const duckdb_vector vector = duckdb_data_chunk_get_vector(chunk, column);
-      duckdb_logical_type type = duckdb_vector_get_column_type(vector);
-      const bool isText = duckdb_get_type_id(type) == DUCKDB_TYPE_VARCHAR;
-      duckdb_destroy_logical_type(&type);
-      if (!isText) continue;
-      auto* values = static_cast<duckdb_string_t*>(duckdb_vector_get_data(vector));
-      std::uint64_t* valid = duckdb_vector_get_validity(vector);
-      for (idx_t row = 0; row < rows; ++row)
-        if (duckdb_validity_row_is_valid(valid, row))
-          texts.emplace_back(duckdb_string_t_data(&values[row]),
-                             duckdb_string_t_length(values[row]));
-    }
-  }
-
-  duckdb_database database_ = nullptr;
-  duckdb_connection connection_ = nullptr;
-};
-
-std::string handWritten(int number) {
+std::string queryByHand(int number) {
   char name[32];
-  std::snprintf(name, sizeof name, "/item_%02d.sql", number);
-  std::ifstream file(VELMORA_QUERIES + std::string(name));
-  if (!file) throw std::runtime_error("there is no hand-written query" + std::string(name));
-  std::string sql{std::istreambuf_iterator<char>(file), {}};
-  for (const auto& [mark, value] :
-       std::map<std::string, int>{{"{year}", kYear}, {"{period}", kPeriod}})
-    for (std::size_t at = 0; (at = sql.find(mark, at)) != std::string::npos;)
-      sql.replace(at, mark.size(), std::to_string(value));
-  return sql;
+  std::snprintf(name, sizeof name, "item_%02d.sql", number);
+  return handWritten(name,
+                     {{"{year}", std::to_string(kYear)}, {"{period}", std::to_string(kPeriod)}});
 }
 
 /// Document numbers that the generated query lists.
@@ -172,9 +87,10 @@ std::multiset<std::string> billNumbers(ado::Connection& connection, const std::s
 }
 
 void compareQuery(ado::Connection& connection, const PlainEngine& engine, const Check& check) {
-  const std::string byHand = handWritten(check.number);
+  const std::string byHand = queryByHand(check.number);
   const auto found = billNumbers(connection, check.sql);
-  if (found != engine.texts("select FBillNo from (" + byHand + ")"))
+  const auto wanted = engine.texts("select FBillNo from (" + byHand + ")");
+  if (found != std::multiset<std::string>(wanted.begin(), wanted.end()))
     throw std::runtime_error("check " + std::to_string(check.number) +
                              ": the hand-written query lists other documents");
   std::vector<double> ratios, generatedTimes;
