@@ -9,6 +9,7 @@
 
 #include "cli/demo/calendar.h"
 #include "demo/account_set.h"
+#include "velmora/ado/connection_string.h"
 #include "velmora/com/class_table.h"
 #include "velmora/com/error.h"
 #include "velmora/interfaces.h"
@@ -91,10 +92,11 @@ DictionaryRef filterOf(Side side, int period, const Mode& mode) {
   return filter;
 }
 
-ado::RecordsetRef compare(const AccountSet& set, Side side, int period, const Mode& mode) {
+ado::RecordsetRef compare(const std::string& connectionString, Side side, int period,
+                          const Mode& mode) {
   com::ActivateServer(VELMORA_COMPONENT);
   const auto checks = com::CreateObject(_clsInitBalCheck::kProgId).as<_clsInitBalCheck>();
-  const std::string dsn = "ConnectString={" + set.connectionString() +
+  const std::string dsn = "ConnectString={" + connectionString +
                           "};LANGUAGE=chs;SubID=" + (side == Side::kReceivables ? "AR" : "AP");
   auto filter = filterOf(side, period, mode);
   const auto answer = mode.kind == Kind::kClosing ? checks->GetClosingAmtCheck(dsn, filter)
@@ -102,6 +104,10 @@ ado::RecordsetRef compare(const AccountSet& set, Side side, int period, const Mo
   if (!answer)
     throw com::Error(com::error::kFailed, "reconciliation", com::GetErrorInfo()->description);
   return answer.as<ado::Recordset>();
+}
+
+ado::RecordsetRef compare(const AccountSet& set, Side side, int period, const Mode& mode) {
+  return compare(set.connectionString(), side, period, mode);
 }
 
 std::string amount(const ado::RecordsetRef& rows, const char* column) {
@@ -203,6 +209,42 @@ TEST(Reconciliation, HasEstimatesAndSettlementsToCompare) {
           "from t_rp_NewCheckInfo n where n.FCheckType = 1 group by n.FRP, n.FIsInit, "
           "case when n.FCheckDate >= '2009-03-01' then 1 else 0 end"),
       testing::SizeIs(8));
+}
+
+/// The file that a connection string names.
+std::filesystem::path connectionFile(const std::string& connectionString) {
+  return ado::ConnectionString(connectionString).value("Data Source");
+}
+
+/// Every cell of a comparison's rows.
+std::string cells(const std::string& connectionString, Side side, const Mode& mode) {
+  std::string text;
+  for (const auto rows = compare(connectionString, side, kCurrentPeriod, mode); !rows->EOF_();
+       rows->MoveNext(), text += '\n')
+    for (std::size_t i = 0; i < rows->fieldCount(); ++i) {
+      const auto& value = rows->GetValue(i);  // totals have no year and period
+      text += (value.isNull() ? "NULL" : value.toText()) + '\t';
+    }
+  return text;
+}
+
+TEST(Reconciliation, AnswersTheSameOnOneThreadAsOnMany) {
+  for (const AccountSet* set : {&smallSet(), &generatedSet()}) {
+    const std::string many = set->connectionString();
+    const auto file = connectionFile(many);
+    const std::filesystem::path copy = file.string() + ".one-thread";
+    std::filesystem::copy_file(file, copy);
+    const std::string one =
+        "Provider=Velmora.Embedded;Data Source=" + copy.string() + ";Mode=Read;Threads=1";
+    for (const Side side : {Side::kReceivables, Side::kPayables})
+      for (const auto& modes :
+           {std::span<const Mode>(kModes), std::span<const Mode>(kInitialModes)})
+        for (const Mode& mode : modes)
+          EXPECT_EQ(cells(one, side, mode), cells(many, side, mode)) << mode.name;
+    for (const Mode& mode : kEstimateModes)
+      EXPECT_EQ(cells(one, Side::kPayables, mode), cells(many, Side::kPayables, mode)) << mode.name;
+    std::filesystem::remove(copy);
+  }
 }
 
 std::vector<std::string> fileLines(const std::string& name) {
