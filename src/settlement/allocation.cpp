@@ -2,6 +2,7 @@
 
 #include "settlement/base_currency.h"
 #include "settlement/rounding.h"
+#include "velmora/com/error.h"
 
 namespace velmora::settlement {
 
@@ -16,15 +17,14 @@ class Allocation {
       : settlement_(settlement),
         first_(*first.rows),
         second_(*second.rows),
-        firstColumns_(first, *settlement.dFields, *settlement.dCopyMap),
-        secondColumns_(second, *settlement.dFields, *settlement.dCopyMap),
-        inner_(first, firstColumns_),
-        outer_(second, secondColumns_),
+        inner_(first),
+        outer_(second),
         sign_(sign) {}
 
   void run() {
     for (; !second_.EOF_() && first_.RecordCount() > 0; second_.MoveNext()) {
       first_.MoveFirst();
+      outer_.read();
       settleOuter();
     }
   }
@@ -34,6 +34,7 @@ class Allocation {
   void settleOuter() {
     Decimal openOuter = outer_.number(FRemainAmountFor);
     while (!first_.EOF_() && !openOuter.isZero()) {
+      inner_.read();
       const Decimal openInner = inner_.number(FRemainAmountFor);
       const Decimal innerSize = openInner.abs(), outerSize = openOuter.abs();
       const bool bothDone = innerSize == outerSize;
@@ -47,6 +48,7 @@ class Allocation {
       }
       settlement_.pairRows.append(innerAmounts, inner_, outerAmounts, outer_,
                                   *settlement_.rsChkInfo);
+      settlement_.remaining.complete(*settlement_.rsChkInfo);
       if (!bothDone) first_.MoveNext();
     }
   }
@@ -144,10 +146,20 @@ class Allocation {
 
   Settlement& settlement_;
   ado::Recordset &first_, &second_;
-  DocumentColumns firstColumns_, secondColumns_;
   OpenDocument inner_, outer_;
   Sign sign_;
 };
+
+void findColumns(const Settlement& settlement, Side& side) {
+  if (side.columns) return;
+  try {
+    side.columns = std::make_shared<const DocumentColumns>(*side.rows, *settlement.dFields,
+                                                           *settlement.dCopyMap);
+  } catch (const com::Error& error) {
+    throw com::Error(error.number(), error.source(),
+                     std::string(side.name) + ": " + error.description());
+  }
+}
 
 void filter(ado::Recordset& rows, const std::string& restriction, const char* open) {
   rows.Filter(restriction.empty() ? open : restriction + " and " + open);
@@ -163,15 +175,17 @@ void askDatabase(Settlement& settlement) {
 
 }  // namespace
 
-void AllocatePair(Settlement& settlement, const Side& first, const Side& second, Sign sign,
+void AllocatePair(Settlement& settlement, Side& first, Side& second, Sign sign,
                   const std::string& firstFilter, const std::string& secondFilter) {
   constexpr const char* kOpen = " FRemark = 0";
   askDatabase(settlement);
   filter(*first.rows, firstFilter, kOpen);
   filter(*second.rows, secondFilter, kOpen);
   if (first.rows->RecordCount() == 0 || second.rows->RecordCount() == 0) return;
-  Allocation(settlement, first, second, sign).run();
+  findColumns(settlement, first);
+  findColumns(settlement, second);
   settlement.remaining.complete(*settlement.rsChkInfo);
+  Allocation(settlement, first, second, sign).run();
   first.rows->Filter(firstFilter);
   second.rows->Filter(secondFilter);
 }

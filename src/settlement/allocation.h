@@ -27,14 +27,15 @@ enum class Sign { withinSide, acrossSides };
 
 /// Offsets the open amount of each document of `second` against the open documents of
 /// `first`, in their order, until one of them is used up; writes what is settled and
-/// open into both and appends the settlement rows. The filters choose the documents
+/// open into both and appends the settlement rows, each with what remains after it and
+/// the earlier ones, the caller's included. The filters choose the documents
 /// and are in force afterwards, both recordsets on their first row.
 ///
 /// A settled document leaves the view at once, so that every step uses up a document:
 /// the cost is that of the documents and pairs.
 ///
 /// Raises when a column is missing or a value is no number; what was settled stays.
-void AllocatePair(Settlement& settlement, const Side& first, const Side& second, Sign sign,
+void AllocatePair(Settlement& settlement, Side& first, Side& second, Sign sign,
                   const std::string& firstFilter, const std::string& secondFilter);
 
 }  // namespace velmora::settlement

@@ -28,17 +28,17 @@ void show(const Side& side, const std::string& groupFilter) {
 }
 
 /// Positive documents of a side against its negative ones.
-void settleWithin(Settlement& settlement, const Side& side, const std::string& groupFilter) {
+void settleWithin(Settlement& settlement, Side& side, const std::string& groupFilter) {
   if (!hasRows(side)) return;
   const std::string amount =
       (groupFilter.empty() ? "" : groupFilter + " and ") + amountColumn(settlement);
-  const Side clone{side.name, side.rows->Clone()};
+  Side clone{side.name, side.rows->Clone(), side.columns};
   AllocatePair(settlement, side, clone, Sign::withinSide, amount + " > 0 ", amount + " < 0 ");
 }
 
 }  // namespace
 
-void SettleGroup(Settlement& settlement, const Side& source, const Side& destination,
+void SettleGroup(Settlement& settlement, Side& source, Side& destination,
                  const std::string& groupFilter) {
   show(source, groupFilter);
   show(destination, groupFilter);
@@ -65,7 +65,7 @@ void AmtSettlement(const std::string& sDsn, const ado::RecordsetRef& rsSrcBill,
   Settlement settlement{
       dFields,      dCopyMap,      PairRows(*dCopyMap, *BuildMirrorMap(), lCheckAmtFor == 1),
       lCheckAmtFor, lCheckWithQty, rsChkInfo};
-  const Side source{"rsSrcBill", rsSrcBill}, destination{"rsDestBill", rsDestBill};
+  Side source{"rsSrcBill", rsSrcBill}, destination{"rsDestBill", rsDestBill};
   if (groups->Count() == 0) return SettleGroup(settlement, source, destination, {});
   for (std::size_t i = 0; i < groups->Count(); ++i)
     SettleGroup(settlement, source, destination, groups->Item(i).toText());

@@ -11,7 +11,7 @@ namespace velmora::settlement {
 /// on each side the negative ones, credit notes and refunds, against the positive ones,
 /// then the destination's against the source's. A side may be nothing. Both show the
 /// group afterwards, on its first row. Raises as AllocatePair.
-void SettleGroup(Settlement& settlement, const Side& source, const Side& destination,
+void SettleGroup(Settlement& settlement, Side& source, Side& destination,
                  const std::string& groupFilter);
 
 /// _clsPublic::AmtSettlement, raising where that answers false.

@@ -8,35 +8,22 @@ namespace velmora::settlement {
 using collections::Decimal;
 using collections::Dictionary;
 
-namespace {
-
-std::size_t columnOf(const Side& side, std::string_view name) {
-  try {
-    return side.rows->fieldIndex(name);
-  } catch (const com::Error& error) {
-    throw com::Error(error.number(), error.source(),
-                     std::string(side.name) + ": " + error.description());
-  }
-}
-
-}  // namespace
-
-DocumentColumns::DocumentColumns(const Side& side, const Dictionary& fieldMap,
+DocumentColumns::DocumentColumns(const ado::Recordset& rows, const Dictionary& fieldMap,
                                  const Dictionary& copyMap)
-    : FRemark(columnOf(side, "FRemark")) {
+    : FRemark(rows.fieldIndex("FRemark")) {
   for (std::size_t field = 0; field < fields.size(); ++field) {
     const std::string column = fieldMap.Value(kDocumentFields[field]).toText();
-    if (!column.empty()) fields[field] = columnOf(side, column);
+    if (!column.empty()) fields[field] = rows.fieldIndex(column);
   }
   for (std::size_t i = 0; i < copyMap.Count(); ++i) {
     const std::string rule = copyMap.Item(i).toText();
-    copies.push_back(columnOf(side, std::string_view(rule).substr(rule.find('|') + 1)));
+    copies.push_back(rows.fieldIndex(std::string_view(rule).substr(rule.find('|') + 1)));
   }
 }
 
 Decimal OpenDocument::number(DocumentField field) const {
   if (!has(field)) return 0;
-  const ado::Variant& value = rows_.GetRow()[column(field)];
+  const ado::Variant& value = cells_[column(field)];
   if (const auto number = tryNumber(value)) return *number;
   failNumber(value, described(column(field)));
 }
@@ -68,7 +55,7 @@ void OpenDocument::setCell(std::size_t column, const ado::Variant& value) {
 
 std::string OpenDocument::described(std::size_t column) const {
   const auto shown = [this](const char* name) {
-    const ado::Variant& value = rows_.GetValue(rows_.fieldIndex(name));
+    const ado::Variant& value = cells_[rows_.fieldIndex(name)];
     return value.isNull() ? std::string("Null") : value.toText();
   };
   return std::string(side_.name) + ", FBillID " + shown("FBillID") + ", FType " + shown("FType") +

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -10,18 +12,11 @@
 
 namespace velmora::settlement {
 
-/// One side of the settlement: its argument's name for messages, and its documents,
-/// which may be nothing.
-struct Side {
-  const char* name;
-  ado::RecordsetRef rows;
-};
-
 /// Where the columns of one side's documents are.
 struct DocumentColumns {
   /// `fields`: column by logical name; `copyMap`: the columns that settlement rows take
-  /// over. Raises kAdoItemNotFound naming the side and a column that it lacks.
-  DocumentColumns(const Side& side, const collections::Dictionary& fields,
+  /// over. Raises kAdoItemNotFound naming a column that there is not.
+  DocumentColumns(const ado::Recordset& rows, const collections::Dictionary& fields,
                   const collections::Dictionary& copyMap);
 
   std::array<std::optional<std::size_t>, kDocumentFields.size()> fields;
@@ -29,11 +24,24 @@ struct DocumentColumns {
   std::vector<std::size_t> copies;  ///< one an entry of the copy map
 };
 
+/// One side of the settlement: its argument's name for messages, and its documents,
+/// which may be nothing.
+struct Side {
+  const char* name;
+  ado::RecordsetRef rows;
+  /// Found when the side is first settled.
+  std::shared_ptr<const DocumentColumns> columns = {};
+};
+
 /// The current document of a side within one run of the allocation.
 class OpenDocument {
  public:
-  OpenDocument(const Side& side, const DocumentColumns& columns)
-      : side_(side), rows_(*side.rows), columns_(columns) {}
+  /// The columns of `side` have been found.
+  explicit OpenDocument(const Side& side)
+      : side_(side), rows_(*side.rows), columns_(*side.columns) {}
+
+  /// Goes over to the recordset's current row. No row may be added from then on.
+  void read() { cells_ = rows_.GetRow(); }
 
   bool has(DocumentField field) const noexcept { return columns_.fields[field].has_value(); }
   /// The number in the column; 0 when none is mapped. Raises naming document and column
@@ -48,9 +56,7 @@ class OpenDocument {
   void markSettled();
 
   /// The columns for the settlement row.
-  const ado::Variant& copied(std::size_t entry) const {
-    return rows_.GetRow()[columns_.copies[entry]];
-  }
+  const ado::Variant& copied(std::size_t entry) const { return cells_[columns_.copies[entry]]; }
 
  private:
   void setCell(std::size_t column, const ado::Variant& value);
@@ -60,6 +66,7 @@ class OpenDocument {
   const Side& side_;
   ado::Recordset& rows_;
   const DocumentColumns& columns_;
+  std::span<const ado::Variant> cells_;
 };
 
 }  // namespace velmora::settlement

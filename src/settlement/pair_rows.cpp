@@ -17,59 +17,64 @@ constexpr const char* kComputed[] = {
     "FRemainAmountFor", "FRemainAmountFor_SRC", "FRemainAmount",   "FRemainAmount_SRC",
     "FCheckQuantity",   "FCheckQuantity_SRC",   "FRemainQuantity", "FRemainQuantity_SRC"};
 
-std::vector<std::size_t> positionsIn(const Dictionary& row) {
-  std::vector<std::size_t> positions;
-  for (std::size_t i = 0; i < row.Count(); ++i)
-    positions.push_back(static_cast<std::size_t>(row.Item(i).toInt64()));
-  return positions;
-}
-
 }  // namespace
 
 PairRows::PairRows(const Dictionary& copyMap, const Dictionary& mirrorMap, bool singleAmount) {
-  // A row whose values are their own positions: exchanging them tells which value
+  Sources sources;
+  // A row whose values are positions in `sources`: exchanging them tells which value
   // each key gets.
   const auto row = com::make<Dictionary>();
-  const auto addKey = [&](const std::string& key) {
-    row->Add(key, static_cast<std::int64_t>(row->Count()));
+  const auto addKey = [&](const std::string& key, Source source) {
+    row->Add(key, static_cast<std::int64_t>(sources.size()));
+    sources.push_back(source);
   };
-  for (const char* key : kComputed) addKey(key);
+  for (std::size_t i = 0; i < std::size(kComputed); ++i)
+    addKey(kComputed[i], {Source::Kind::computed, i});
   for (std::size_t i = 0; i < copyMap.Count(); ++i) {
-    addKey(copyMap.Key(i));
-    fromFirst_.push_back(copyMap.Item(i).toText().starts_with("1|"));
+    const bool first = copyMap.Item(i).toText().starts_with("1|");
+    addKey(copyMap.Key(i), {first ? Source::Kind::inner : Source::Kind::outer, i});
   }
+  const auto sourcesOf = [&] {
+    Sources chosen;
+    for (std::size_t i = 0; i < row->Count(); ++i)
+      chosen.push_back(sources[static_cast<std::size_t>(row->Item(i).toInt64())]);
+    return chosen;
+  };
   keys_ = row->Clone();
-  values_.resize(row->Count());
   if (singleAmount) {
     for (const std::string key : {"FCheckAmount", "FRemainAmount"})
       for (const char* end : {"", "_SRC"}) SwapValues(*row, key + "For" + end, key + end);
   }
-  row_ = positionsIn(*row);
+  row_ = sourcesOf();
   for (std::size_t i = 0; i < mirrorMap.Count(); ++i)
     SwapValues(*row, mirrorMap.Key(i), mirrorMap.Item(i).toText());
-  mirror_ = positionsIn(*row);
+  mirror_ = sourcesOf();
 }
 
 void PairRows::append(const PairAmounts& innerAmounts, const OpenDocument& inner,
                       const PairAmounts& outerAmounts, const OpenDocument& outer,
                       Vector& rsChkInfo) {
-  auto value = values_.begin();
+  auto computed = computed_.begin();
   for (const auto amount :
        {&PairAmounts::checkAmountFor, &PairAmounts::checkAmount, &PairAmounts::remainAmountFor,
         &PairAmounts::remainAmount, &PairAmounts::checkQuantity, &PairAmounts::remainQuantity}) {
-    *value++ = innerAmounts.*amount;
-    *value++ = outerAmounts.*amount;
+    *computed++ = innerAmounts.*amount;
+    *computed++ = outerAmounts.*amount;
   }
-  for (std::size_t entry = 0; entry < fromFirst_.size(); ++entry)
-    *value++ = (fromFirst_[entry] ? inner : outer).copied(entry);
-  addRow(row_, rsChkInfo);
-  addRow(mirror_, rsChkInfo);
+  addRow(row_, inner, outer, rsChkInfo);
+  addRow(mirror_, inner, outer, rsChkInfo);
 }
 
-void PairRows::addRow(const Order& order, Vector& rsChkInfo) const {
+void PairRows::addRow(const Sources& sources, const OpenDocument& inner, const OpenDocument& outer,
+                      Vector& rsChkInfo) const {
   std::vector<Variant> values;
-  values.reserve(order.size());
-  for (const std::size_t position : order) values.push_back(values_[position]);
+  values.reserve(sources.size());
+  for (const auto [kind, index] : sources) {
+    if (kind == Source::Kind::computed)
+      values.emplace_back(computed_[index]);
+    else
+      values.push_back((kind == Source::Kind::inner ? inner : outer).copied(index));
+  }
   rsChkInfo.Add(keys_->CloneWith(std::move(values)));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "settlement/open_documents.h"
@@ -28,14 +29,19 @@ class PairRows {
               collections::Vector& rsChkInfo);
 
  private:
-  using Order = std::vector<std::size_t>;
+  /// Where the value under a key comes from.
+  struct Source {
+    enum class Kind { computed, inner, outer } kind;
+    std::size_t index;  ///< of the computed values, else entry of the copy map
+  };
+  using Sources = std::vector<Source>;
 
-  void addRow(const Order& order, collections::Vector& rsChkInfo) const;
+  void addRow(const Sources& sources, const OpenDocument& inner, const OpenDocument& outer,
+              collections::Vector& rsChkInfo) const;
 
   collections::DictionaryRef keys_;
-  std::vector<bool> fromFirst_;               // an entry of the copy map: from the first recordset
-  std::vector<collections::Variant> values_;  // of the pair at work, in the order of the keys
-  Order row_, mirror_;                        // which of the values each key gets
+  std::array<collections::Decimal, 12> computed_;  // of the pair at work
+  Sources row_, mirror_;
 };
 
 }  // namespace velmora::settlement

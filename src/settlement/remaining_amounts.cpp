@@ -1,7 +1,7 @@
 #include "settlement/remaining_amounts.h"
 
-#include <functional>
 #include <optional>
+#include <tuple>
 
 #include "settlement/numbers.h"
 #include "velmora/com/error.h"
@@ -42,10 +42,11 @@ constexpr std::array kKeys{"FBillID",
                            "FRemainAmountFor",
                            "FRemainAmount",
                            "FRemainQuantity"};
-using Positions = std::array<std::size_t, kKeys.size()>;
 
 /// Where the keys are in `row`; those it lacks are added.
+template <class Positions>
 Positions positionsIn(Dictionary& row) {
+  static_assert(std::tuple_size_v<Positions> == kKeys.size());
   Positions positions;
   for (std::size_t key = 0; key < kKeys.size(); ++key) {
     if (!row.Lookup(kKeys[key])) row.Set(kKeys[key], {});
@@ -54,7 +55,12 @@ Positions positionsIn(Dictionary& row) {
   return positions;
 }
 
+bool isInteger(const Variant& value) {
+  return value.isNumeric() && value.type() <= collections::VarType::int64;
+}
+
 std::optional<std::int64_t> wholeNumber(const Variant& value) {
+  if (isInteger(value)) return value.toInt64();
   const auto number = value.isNumeric() || value.isString() ? tryNumber(value) : std::nullopt;
   if (!number || number->truncated(0) != *number) return std::nullopt;
   if (number->abs() > Decimal(INT64_MAX)) return std::nullopt;
@@ -82,44 +88,46 @@ class RemainingAmounts::Row {
   std::size_t number_;  // from 1
 };
 
-std::size_t RemainingAmounts::EntryHash::operator()(const Entry& entry) const noexcept {
-  std::size_t hash = std::hash<std::string>()(entry.text);
-  for (const std::int64_t number : entry.numbers)
-    hash = (hash ^ static_cast<std::size_t>(number)) * 0x9E3779B97F4A7C15U;
-  return hash ^ (hash >> 32);
-}
-
-RemainingAmounts::Entry RemainingAmounts::entryOf(const Row& row) {
+Entry RemainingAmounts::entryOf(const Row& row) {
   Entry entry;
   for (const Key key : {FBillID, FType, FEntryID}) {
-    if (const auto number = wholeNumber(row.value(key)))
+    const Variant& value = row.value(key);
+    if (const auto number = wholeNumber(value)) {
       entry.numbers[key] = *number;
-    else if (!row.value(key).isNull() && row.value(key).type() != collections::VarType::object)
-      entry.text += std::to_string(key) + '|' + row.value(key).toText() + '|';
+      continue;
+    }
+    const std::string text = value.isNull() ? std::string() : value.toText();
+    const auto next = static_cast<std::int64_t>(texts_.size());
+    entry.numbers[key] = texts_.try_emplace(text, next).first->second;
+    entry.texts |= 1 << key;
   }
   return entry;
 }
 
+Totals& RemainingAmounts::totalsOf(const Row& row) {
+  const Entry entry = entryOf(row);
+  std::size_t& recent = recent_[completed_ % recent_.size()];
+  if (recent >= totals_.count() || totals_.entry(recent) != entry) recent = totals_.placeOf(entry);
+  return totals_.totals(recent);
+}
+
 void RemainingAmounts::complete(const Vector& rsChkInfo) {
-  DictionaryRef last;  // the row whose keys have the positions
-  Positions positions{};
   for (; completed_ < rsChkInfo.Size(); ++completed_) {
     const Variant& item = rsChkInfo.Item(completed_);
-    const auto dictionary = item.type() == collections::VarType::object
-                                ? item.toObject().as<Dictionary>()
-                                : DictionaryRef();
+    auto dictionary = item.type() == collections::VarType::object ? item.toObject().as<Dictionary>()
+                                                                  : DictionaryRef();
     if (!dictionary)
       throw com::Error(com::error::kTypeMismatch, "clsPublic",
                        "rsChkInfo, row " + std::to_string(completed_ + 1) + ": no Dictionary");
-    if (!last || !dictionary->SharesKeys(*last)) positions = positionsIn(*dictionary);
-    last = dictionary;
-    Row row(*dictionary, positions, completed_ + 1);
+    if (!last_ || !dictionary->SharesKeys(*last_)) positions_ = positionsIn<Positions>(*dictionary);
+    last_ = std::move(dictionary);
+    Row row(*last_, positions_, completed_ + 1);
     complete(row);
   }
 }
 
 void RemainingAmounts::complete(Row& row) {
-  Totals& totals = totals_[entryOf(row)];
+  Totals& totals = totalsOf(row);
   const Decimal amountFor = row.number(FCheckAmountFor);
   const Decimal amount = row.number(FCheckAmount);
   const Decimal size = row.number(FCheckQuantity).abs();

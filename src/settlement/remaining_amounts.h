@@ -5,6 +5,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "settlement/entry_totals.h"
 #include "velmora/collections/dictionary.h"
 #include "velmora/collections/vector.h"
 
@@ -22,25 +23,23 @@ class RemainingAmounts {
   void complete(const collections::Vector& rsChkInfo);
 
  private:
-  /// FBillID, FType and FEntryID; as text when they are not whole numbers.
-  struct Entry {
-    std::array<std::int64_t, 3> numbers{};
-    std::string text;
-    bool operator==(const Entry&) const = default;
-  };
-  struct EntryHash {
-    std::size_t operator()(const Entry& entry) const noexcept;
-  };
-  struct Totals {
-    collections::Decimal amountFor, amount, quantity;
-  };
   class Row;
 
-  static Entry entryOf(const Row& row);
+  /// The keys that a row needs, and where they are in rows like the last one.
+  static constexpr std::size_t kKeyCount = 12;
+  using Positions = std::array<std::size_t, kKeyCount>;
+
+  Entry entryOf(const Row& row);
+  Totals& totalsOf(const Row& row);
   void complete(Row& row);
 
   std::size_t completed_ = 0;
-  std::unordered_map<Entry, Totals, EntryHash> totals_;
+  collections::DictionaryRef last_;
+  Positions positions_{};
+  EntryTotals totals_;
+  // A row and its mirror come in turn, and one of the two documents often stays.
+  std::array<std::size_t, 2> recent_{};
+  std::unordered_map<std::string, std::int64_t> texts_;
 };
 
 }  // namespace velmora::settlement

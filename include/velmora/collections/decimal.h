@@ -68,6 +68,9 @@ class Decimal {
   friend bool operator==(const Decimal& a, const Decimal& b) { return (a <=> b) == 0; }
 
  private:
+  friend class Variant;  // stores a decimal's parts
+  constexpr Decimal(int128 coefficient, int scale) : coefficient_(coefficient), scale_(scale) {}
+
   int128 coefficient_ = 0;
   int scale_ = 0;
 };

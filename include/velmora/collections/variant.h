@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "velmora/collections/date.h"
 #include "velmora/collections/decimal.h"
@@ -61,10 +62,25 @@ class Variant {
   /// An empty reference makes the object value "nothing".
   template <class T>
   Variant(const com::Ref<T>& object) noexcept : Variant(com::Ref<com::IUnknown>(object), 0) {}
-  Variant(const Variant& other) noexcept;
-  Variant(Variant&& other) noexcept;
-  Variant& operator=(Variant other) noexcept;
-  ~Variant();
+  Variant(const Variant& other) noexcept : type_(other.type_), scale_(other.scale_) {
+    words_[0] = other.words_[0];
+    words_[1] = other.words_[1];
+    if (isCounted()) share();
+  }
+  Variant(Variant&& other) noexcept : type_(other.type_), scale_(other.scale_) {
+    words_[0] = other.words_[0];
+    words_[1] = other.words_[1];
+    other.type_ = VarType::empty;
+  }
+  Variant& operator=(Variant other) noexcept {
+    std::swap(type_, other.type_);
+    std::swap(scale_, other.scale_);
+    std::swap(words_, other.words_);
+    return *this;
+  }
+  ~Variant() {
+    if (isCounted()) release();
+  }
 
   VarType type() const noexcept { return type_; }
   bool isEmpty() const noexcept { return type_ == VarType::empty; }
@@ -103,6 +119,10 @@ class Variant {
  private:
   struct Text;  // counted characters
   Variant(com::Ref<com::IUnknown> object, int) noexcept;
+  // Copies are made by the million: only texts and objects leave the inlined path.
+  bool isCounted() const noexcept { return type_ == VarType::string || type_ == VarType::object; }
+  void share() noexcept;
+  void release() noexcept;
   [[noreturn]] static void throwNotA(const com::Guid& iid);
 
   VarType type_ = VarType::empty;

@@ -7,7 +7,7 @@ namespace velmora::ado {
 
 namespace {
 
-constexpr std::size_t kWordBits = 64;
+constexpr std::size_t kWordBits = RowSet::kWordBits;
 
 constexpr std::uint64_t bit(std::size_t position) {
   return std::uint64_t{1} << (position % kWordBits);
@@ -30,11 +30,6 @@ std::size_t highest(std::uint64_t word) {
 
 bool RowSet::hasWord(std::size_t level, std::size_t word) const noexcept {
   return word < levels_[level].size();
-}
-
-bool RowSet::contains(std::size_t row) const noexcept {
-  if (levels_.empty() || !hasWord(0, row / kWordBits)) return false;
-  return (levels_[0][row / kWordBits] & bit(row)) != 0;
 }
 
 void RowSet::insert(std::size_t row) {

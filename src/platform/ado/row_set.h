@@ -13,8 +13,13 @@ namespace velmora::ado {
 class RowSet {
  public:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+  static constexpr std::size_t kWordBits = 64;
 
-  bool contains(std::size_t row) const noexcept;
+  bool contains(std::size_t row) const noexcept {
+    const std::size_t word = row / kWordBits;
+    if (levels_.empty() || word >= levels_[0].size()) return false;
+    return (levels_[0][word] >> (row % kWordBits) & 1) != 0;
+  }
   /// Adding a row that is there, or erasing one that is not, does nothing.
   void insert(std::size_t row);
   void erase(std::size_t row) noexcept;

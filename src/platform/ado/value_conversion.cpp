@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "platform/ado/characters.h"
+#include "platform/collections/powers_of_ten.h"
 #include "velmora/ado/data_type.h"
 #include "velmora/collections/letter_case.h"
 #include "velmora/com/error.h"
@@ -75,15 +76,18 @@ Variant toInteger(const Variant& value, const FieldDefinition& field) {
   if (number < Decimal(lowest) || number > Decimal(highest))
     fail(field, shown(value) + " is out of range",
          std::to_string(lowest) + " to " + std::to_string(highest));
-  const std::int64_t whole = number.toInt64();
+  const auto whole = static_cast<std::int64_t>(number.coefficient());
   if (field.type == adBigInt) return whole;
   if (field.type == adInteger) return static_cast<std::int32_t>(whole);
   return static_cast<std::int16_t>(whole);
 }
 
-int digitsBeforePoint(const Decimal& number) {
-  const std::string digits = number.truncated(0).abs().toString();
-  return digits == "0" ? 0 : static_cast<int>(digits.size());
+/// Whether the number has more than `digits` digits before the point.
+bool isLonger(const Decimal& number, int digits) {
+  if (digits + number.scale() > Decimal::kMaxDigits) return false;
+  const auto limit =
+      static_cast<collections::int128>(collections::powerOfTen(digits + number.scale()));
+  return number.coefficient() >= limit || number.coefficient() <= -limit;
 }
 
 Decimal toCurrency(const Variant& value, const FieldDefinition& field) {
@@ -102,7 +106,7 @@ Decimal toScaled(const Variant& value, const FieldDefinition& field) {
   const int precision = field.precision == 0 ? Decimal::kMaxDigits : field.precision;
   const int wholeDigits = precision - field.numericScale;
   number = number.rounded(field.numericScale);
-  if (digitsBeforePoint(number) > wholeDigits)
+  if (isLonger(number, wholeDigits))
     fail(field, shown(value) + " is too large",
          "at most " + std::to_string(wholeDigits) + " digits before the decimal point");
   return number.rescaled(field.numericScale);

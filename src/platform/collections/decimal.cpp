@@ -277,6 +277,7 @@ Decimal Decimal::normalized() const {
 Decimal Decimal::rescaled(int scale) const {
   checkScale(scale);
   if (scale <= scale_) return rounded(scale);
+  if (int128 units = 0; tryShortUnits(*this, scale, units)) return fromCoefficient(units, scale);
   const UInt256 digits = aligned(*this, scale);
   if (digits > UInt256{0, kMaxCoefficient})
     throwOverflow(toString() + " with " + std::to_string(scale) +

@@ -144,27 +144,12 @@ Variant::Variant(com::Ref<com::IUnknown> object, int) noexcept : type_(VarType::
   object_ = object.detach();
 }
 
-Variant::Variant(const Variant& other) noexcept : type_(other.type_), scale_(other.scale_) {
-  words_[0] = other.words_[0];
-  words_[1] = other.words_[1];
+void Variant::share() noexcept {
   if (type_ == VarType::string && text_ != nullptr) text_->add();
   if (type_ == VarType::object && object_ != nullptr) object_->AddRef();
 }
 
-Variant::Variant(Variant&& other) noexcept : type_(other.type_), scale_(other.scale_) {
-  words_[0] = other.words_[0];
-  words_[1] = other.words_[1];
-  other.type_ = VarType::empty;
-}
-
-Variant& Variant::operator=(Variant other) noexcept {
-  std::swap(type_, other.type_);
-  std::swap(scale_, other.scale_);
-  std::swap(words_, other.words_);
-  return *this;
-}
-
-Variant::~Variant() {
+void Variant::release() noexcept {
   if (type_ == VarType::string && text_ != nullptr) text_->release();
   if (type_ == VarType::object && object_ != nullptr) object_->Release();
 }
@@ -240,8 +225,8 @@ Decimal Variant::toDecimal() const {
     case VarType::real:
       return Decimal::fromDouble(real_);
     case VarType::decimal:
-      return Decimal::fromCoefficient(
-          static_cast<int128>((static_cast<uint128>(words_[1]) << 64) | words_[0]), scale_);
+      return Decimal(static_cast<int128>((static_cast<uint128>(words_[1]) << 64) | words_[0]),
+                     scale_);
     case VarType::string:
       return leadingDecimal(*this);
     case VarType::null:
