@@ -3,8 +3,10 @@
 #include "common/current_financial_date.h"
 #include "frame/call/operation.h"
 #include "frame/get_data.h"
-#include "frame/not_implemented.h"
 #include "settlement/amount_settlement.h"
+#include "settlement/check_info_file.h"
+#include "settlement/default_account.h"
+#include "settlement/switch_data.h"
 
 namespace velmora {
 
@@ -41,30 +43,72 @@ bool clsPublic::AmtSettlement(const std::string& sDsn, RecordsetRef& rsSrcBill,
       [] { return false; });
 }
 
-bool clsPublic::GetSwitchData(RecordsetRef&, const VectorRef&, std::string&, const DictionaryRef&) {
-  raiseNotImplemented("clsPublic", "GetSwitchData");
+namespace {
+
+/// An operation that only tells whether it worked.
+template <class Body>
+bool succeeds(Body body) {
+  return runOperation(
+      Voting::abstains,
+      [&](Place&) {
+        body();
+        return true;
+      },
+      [] { return false; });
 }
 
-bool clsPublic::GetSwitchDataExt(const std::string&, RecordsetRef&, VectorRef&,
-                                 const DictionaryRef&, std::string&) {
-  raiseNotImplemented("clsPublic", "GetSwitchDataExt");
+/// A switch-data operation: whether it completed; `strErrMsg` tells why it did not.
+template <class Fill>
+bool fillSwitchData(std::string& strErrMsg, Fill fill) {
+  const bool completed = succeeds(fill);
+  strErrMsg = completed ? std::string() : com::GetErrorInfo()->description;
+  return completed;
 }
 
-bool clsPublic::GetSwitchVectData(VectorRef&, const VectorRef&, std::string&) {
-  raiseNotImplemented("clsPublic", "GetSwitchVectData");
+}  // namespace
+
+// These two answer false in any case: callers look at strErrMsg.
+
+bool clsPublic::GetSwitchData(RecordsetRef& rsEntry, const VectorRef& vOption,
+                              std::string& strErrMsg, const DictionaryRef& dFilter) {
+  fillSwitchData(strErrMsg, [&] {
+    settlement::GetSwitchData(given(rsEntry, "rsEntry"), given(vOption, "vOption"), dFilter);
+  });
+  return false;
 }
 
-bool clsPublic::WriteCheckInfoByVector(const VectorRef&, const std::string&) {
-  raiseNotImplemented("clsPublic", "WriteCheckInfoByVector");
+bool clsPublic::GetSwitchVectData(VectorRef& rsEntry, const VectorRef& vOption,
+                                  std::string& strErrMsg) {
+  fillSwitchData(strErrMsg, [&] {
+    settlement::GetSwitchVectData(given(rsEntry, "rsEntry"), given(vOption, "vOption"));
+  });
+  return false;
 }
 
-bool clsPublic::WriteCheckInfoByRs(const RecordsetRef&, const std::string&) {
-  raiseNotImplemented("clsPublic", "WriteCheckInfoByRs");
+bool clsPublic::GetSwitchDataExt(const std::string&, RecordsetRef& rsEntry, VectorRef& vOption,
+                                 const DictionaryRef& dFilter, std::string& strErrMsg) {
+  return fillSwitchData(strErrMsg, [&] {
+    settlement::GetSwitchDataExt(given(rsEntry, "rsEntry"), given(vOption, "vOption"), dFilter);
+  });
 }
 
-std::int32_t clsPublic::GetDefaultAcctID(const std::string&, std::int32_t, std::int32_t,
-                                         std::int32_t) {
-  raiseNotImplemented("clsPublic", "GetDefaultAcctID");
+bool clsPublic::WriteCheckInfoByVector(const VectorRef& rs, const std::string& sFileName) {
+  return succeeds([&] { settlement::WriteCheckInfoByVector(given(rs, "rs"), sFileName); });
+}
+
+bool clsPublic::WriteCheckInfoByRs(const RecordsetRef& rs, const std::string& sFileName) {
+  return succeeds([&] { settlement::WriteCheckInfoByRs(given(rs, "rs"), sFileName); });
+}
+
+std::int32_t clsPublic::GetDefaultAcctID(const std::string& sDsn, std::int32_t ItemClassID,
+                                         std::int32_t ItemID, std::int32_t ClassTypeID) {
+  return runOperation(
+      Voting::abstains,
+      [&](Place&) {
+        call_.PrepareDataSource(sDsn);
+        return settlement::GetDefaultAcctID(call_.dataSource(), ItemClassID, ItemID, ClassTypeID);
+      },
+      [] { return 0; });
 }
 
 }  // namespace velmora

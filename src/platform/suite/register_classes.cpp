@@ -2,6 +2,7 @@
 // the platform library is loaded. A real sibling registered under the same ProgID
 // in the process takes its place.
 
+#include "platform/host/file_system_object.h"
 #include "platform/suite/data_access.h"
 #include "platform/suite/period_date.h"
 #include "platform/suite/resource_loader.h"
@@ -26,6 +27,7 @@ void registerSibling() {
   registerSibling<SecurityInfo>();
   registerSibling<DataAccess>();
   registerSibling<SystemProfile>();
+  registerSibling<host::FileSystemObject>();
 }
 
 }  // namespace

@@ -1,0 +1,227 @@
+// The switch-data operations: what the rows of a new document receive.
+
+#include <gmock/gmock.h>
+
+#include "frame/classes.h"
+#include "velmora/com/class_table.h"
+#include "velmora/com/error.h"
+#include "velmora/public.h"
+
+namespace velmora::settlement {
+namespace {
+
+using collections::Decimal;
+using collections::Dictionary;
+using collections::DictionaryRef;
+using collections::Null;
+using collections::Variant;
+using collections::Vector;
+using collections::VectorRef;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+using Entries = std::vector<std::pair<std::string, Variant>>;
+
+DictionaryRef dictionary(const Entries& entries) {
+  auto made = com::make<Dictionary>();
+  for (const auto& [key, value] : entries) made->Set(key, value);
+  return made;
+}
+VectorRef vectorOf(const std::vector<DictionaryRef>& items) {
+  auto made = com::make<Vector>();
+  for (const auto& item : items) made->Add(item);
+  return made;
+}
+
+class SwitchData : public testing::Test {
+ protected:
+  /// Rows with the check amounts `checks`, a converted source amount and a rate.
+  void setChecks(const std::vector<std::string>& checks) {
+    rows_ = com::make<ado::Recordset>();
+    for (const char* column :
+         {"FAmount", "FLocal", "FCheck", "FUsed", "FSource", "FRate", "Fqty_plan", "FQty_remain",
+          "FAmount_Plan", "FAmount_remain", "FAmountFor_Plan", "FAmountFor_remain"})
+      rows_->Fields().Append(column, ado::adNumeric, 0, 28, 4);
+    rows_->Fields().Append("FPlaces", ado::adInteger);
+    rows_->Fields().Append("FText", ado::adVarWChar, 20);
+    rows_->Open();
+    vectorRows_ = com::make<Vector>();
+    for (const auto& check : checks) {
+      rows_->AddNew();
+      const Entries entries{{"FCheck", Decimal::parse(check)},
+                            {"FUsed", 5},
+                            {"FSource", 100},
+                            {"FRate", "6.8275"},
+                            {"FPlaces", 1},
+                            {"FText", "abc"},
+                            {"Fqty_plan", 7}};
+      for (const auto& [column, value] : entries) rows_->Fields()(column).Value(value);
+      vectorRows_->Add(dictionary(entries));
+    }
+  }
+  static DictionaryRef distribution(int amount) {
+    return dictionary({{"FType", 0},
+                       {"FAmount", amount},
+                       {"FFieldName", "FAmount"},
+                       {"FChkFieldName", "FCheck"}});
+  }
+  static DictionaryRef conversion(const Entries& more) {
+    Entries entries{{"FType", 1},
+                    {"FFieldName", "FLocal"},
+                    {"FChkFieldName", "FCheck"},
+                    {"FSrcFieldName", "FSource"}};
+    entries.insert(entries.end(), more.begin(), more.end());
+    return dictionary(entries);
+  }
+
+  std::string fill(const std::vector<DictionaryRef>& options, const DictionaryRef& filter = {}) {
+    std::string message = "of an earlier call";
+    EXPECT_FALSE(object_->GetSwitchData(rows_, vectorOf(options), message, filter));
+    return message;
+  }
+  std::string fillExt(const std::vector<DictionaryRef>& options, const DictionaryRef& filter = {}) {
+    std::string message = "of an earlier call";
+    auto vector = vectorOf(options);
+    const bool completed = object_->GetSwitchDataExt("", rows_, vector, filter, message);
+    EXPECT_EQ(completed, message.empty());
+    return message;
+  }
+  std::string fillVector(const std::vector<DictionaryRef>& options) {
+    std::string message = "of an earlier call";
+    EXPECT_FALSE(object_->GetSwitchVectData(vectorRows_, vectorOf(options), message));
+    return message;
+  }
+
+  std::vector<std::string> column(const char* name) {
+    std::vector<std::string> values;
+    for (const auto all = rows_->Clone(); !all->EOF_(); all->MoveNext()) {
+      const Variant& value = all->Fields()(name).Value();
+      values.push_back(value.isNull() ? "Null" : value.toText());
+    }
+    return values;
+  }
+  std::vector<std::string> vectorColumn(const char* name) {
+    std::vector<std::string> values;
+    for (const Variant& row : *vectorRows_)
+      values.push_back(row.toObject<Dictionary>()->Value(name).toText());
+    return values;
+  }
+
+  com::ScopedClass class_{publicClasses()[2]};
+  com::Ref<_clsPublic> object_ = com::CreateObject(_clsPublic::kProgId).as<_clsPublic>();
+  ado::RecordsetRef rows_;
+  VectorRef vectorRows_;
+};
+
+TEST_F(SwitchData, DistributesInOrderUpToTheCheckAmount) {
+  struct Case {
+    std::vector<std::string> checks, received;
+    std::string left;
+    bool robs;
+  };
+  for (const Case& given :
+       {Case{{"30", "50", "40"}, {"30", "50", "20"}, "0", false},
+        Case{{"30", "-10", "50"}, {"30", "-10", "50"}, "30", true},
+        Case{{"30", "-10", "50"}, {"30", "0", "50"}, "20", false},
+        Case{{"60", "40", "10"}, {"60", "40", "0"}, "0", false}, Case{{}, {}, "100", false}}) {
+    setChecks(given.checks);
+    const auto option = distribution(100);
+    EXPECT_EQ(fill({option}, dictionary({{"bSwitchRobEntry", given.robs}})), "");
+    EXPECT_EQ(column("FAmount"), given.received);
+    EXPECT_EQ(option->Value("FAmount").toText(), given.left);
+    EXPECT_EQ(rows_->AbsolutePosition(), given.checks.empty() ? -1 : 1);
+  }
+}
+
+TEST_F(SwitchData, ConvertsUpToTheCheckAmount) {
+  setChecks({"1000", "500", "-1000"});
+  EXPECT_EQ(fill({conversion({{"FRateFieldName", "FRate"}})}), "");
+  EXPECT_THAT(column("FLocal"), ElementsAre("682.75", "500", "682.75"));
+  EXPECT_EQ(fill({conversion({{"FRateFieldName", "FRate"}, {"FDecimal", "FPlaces"}})}), "");
+  EXPECT_THAT(column("FLocal"), ElementsAre("682.8", "500", "682.8"));
+  EXPECT_EQ(fill({conversion({{"FRateFieldName", "FRate"}, {"FRateType", 1}})}), "");
+  EXPECT_THAT(column("FLocal"), ElementsAre("14.65", "14.65", "14.65"));
+  EXPECT_EQ(fill({conversion({{"FRateFieldName", " "}})}), "");
+  EXPECT_THAT(column("FLocal"), ElementsAre("100", "100", "100"));
+
+  setChecks({"30", "50"});
+  EXPECT_EQ(fill({distribution(40), conversion({})}), "");
+  EXPECT_THAT(column("FLocal"), ElementsAre("30", "50")) << "the first row is taken whole";
+  setChecks({"200", "500"});
+  EXPECT_EQ(fill({distribution(220), conversion({})}), "");
+  EXPECT_THAT(column("FLocal"), ElementsAre("200", "100"));
+}
+
+TEST_F(SwitchData, ExtendedTakesASecondCheckAndTheRest) {
+  setChecks({"30", "-10", "50"});
+  auto option = distribution(100);
+  option->Set("FChkFieldName2", "FUsed");
+  EXPECT_EQ(fillExt({option}), "");
+  EXPECT_THAT(column("FAmount"), ElementsAre("25", "-15", "45"));
+  EXPECT_EQ(option->Value("FAmount").toText(), "45");
+
+  option = distribution(100);
+  const auto filter = dictionary({{"bCanOverAmt", true}, {"bCopyFields", true}});
+  EXPECT_EQ(fillExt({option, conversion({})}, filter), "");
+  EXPECT_THAT(column("FAmount"), ElementsAre("30", "-10", "80"));
+  EXPECT_EQ(option->Value("FAmount").toText(), "0");
+  EXPECT_THAT(column("FLocal"), ElementsAre("30", "-10", "100")) << "over on the last row only";
+  EXPECT_THAT(column("FQty_remain"), ElementsAre("7", "7", "7"));
+}
+
+TEST_F(SwitchData, VectorRowsMakeNoSignTest) {
+  setChecks({"30", "-10", "50"});
+  const auto option = distribution(35);
+  EXPECT_EQ(fillVector({option, conversion({})}), "");
+  EXPECT_THAT(vectorColumn("FAmount"), ElementsAre("30", "5", "0"));
+  EXPECT_THAT(vectorColumn("FLocal"), ElementsAre("30", "-10", "50"));
+  setChecks({"30"});
+  EXPECT_EQ(fillVector({distribution(-30)}), "");
+  EXPECT_THAT(vectorColumn("FAmount"), ElementsAre("-30"));
+}
+
+TEST_F(SwitchData, TellsWhatItCannotFill) {
+  setChecks({"30", "50"});
+  rows_->MoveFirst();
+  rows_->MoveNext();
+  rows_->Fields()("FCheck").Value(Null());
+  EXPECT_EQ(fill({distribution(100)}), "row 2, column FCheck: Null where a number is expected");
+  EXPECT_THAT(column("FAmount"), ElementsAre("30", "Null")) << "rows filled before stay";
+  EXPECT_EQ(rows_->AbsolutePosition(), 1);
+  EXPECT_EQ(com::GetErrorInfo()->number, com::error::kInvalidUseOfNull);
+
+  const auto option = [](Entries more) {
+    more.insert(more.begin(), {{"FFieldName", "FLocal"}, {"FChkFieldName", "FCheck"}});
+    return dictionary(more);
+  };
+  setChecks({"30"});
+  for (const auto& [given, part] : std::vector<std::pair<DictionaryRef, std::string>>{
+           {dictionary({}), "option 1: FFieldName is empty"},
+           {dictionary({{"FFieldName", "FLocal"}}), "option 1: FChkFieldName is empty"},
+           {option({{"FType", 1}}), "option 1: FSrcFieldName is empty"},
+           {option({{"FAmount", "1,5"}}), "option 1, FAmount: '1,5' where a number"},
+           {conversion({{"FSrcFieldName", "FText"}}), "row 1, column FText: 'abc'"},
+           {conversion({{"FSrcFieldName", "FNone"}}), "row 1, column FNone: "},
+           {conversion({{"FDecimal", "FSource"}}), "column FSource: 100 is no number of decimals"},
+           {conversion({{"FRateFieldName", "FAmount"}, {"FRateType", 1}}), "column FAmount: "}}) {
+    rows_->Fields()("FAmount").Value(0);
+    EXPECT_THAT(fill({given}), HasSubstr(part));
+    EXPECT_THAT(fillExt({given}), HasSubstr(part));
+  }
+  EXPECT_THAT(fill({conversion({{"FRateFieldName", "FAmount"}, {"FRateType", 1}})}),
+              HasSubstr("the rate 0"));
+
+  vectorRows_->Add(7);
+  EXPECT_EQ(fillVector({distribution(10)}), "row 2 is no Dictionary");
+  EXPECT_THAT(fillVector({conversion({{"FSrcFieldName", "FNone"}})}),
+              HasSubstr("row 1, column FNone: the row has no such column"));
+  rows_ = nullptr;
+  EXPECT_THAT(fill({distribution(1)}), HasSubstr("rsEntry is nothing"));
+  std::string message;
+  object_->GetSwitchVectData(vectorRows_, {}, message);
+  EXPECT_THAT(message, HasSubstr("vOption is nothing"));
+}
+
+}  // namespace
+}  // namespace velmora::settlement
