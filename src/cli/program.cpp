@@ -108,6 +108,7 @@ std::unique_ptr<CLI::App> makeProgram(Run& chosen) {
   addReconcile(*program, chosen);
   addFinDate(*program, chosen);
   addSql(*program, chosen);
+  addCopy(*program, chosen);
   addCall(*program, chosen);
   addRegistration(*program, chosen);
   return program;

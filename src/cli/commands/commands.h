@@ -14,6 +14,7 @@ void addPeriodChange(CLI::App& program, Run& chosen);
 void addReconcile(CLI::App& program, Run& chosen);
 void addFinDate(CLI::App& program, Run& chosen);
 void addSql(CLI::App& program, Run& chosen);
+void addCopy(CLI::App& program, Run& chosen);
 void addCall(CLI::App& program, Run& chosen);
 void addRegistration(CLI::App& program, Run& chosen);
 
