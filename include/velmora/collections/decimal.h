@@ -65,7 +65,7 @@ class Decimal {
 
   /// By value: 1.5 equals 1.50.
   friend std::strong_ordering operator<=>(const Decimal& a, const Decimal& b);
-  friend bool operator==(const Decimal& a, const Decimal& b) { return (a <=> b) == 0; }
+  friend bool operator==(const Decimal& a, const Decimal& b) { return std::is_eq(a <=> b); }
 
  private:
   friend class Variant;  // stores a decimal's parts

@@ -48,6 +48,7 @@ std::string_view name(VarType type) noexcept;
 class Variant {
  public:
   Variant() noexcept {}
+  // NOLINTBEGIN(google-explicit-constructor): a value stands for its variant.
   Variant(Null) noexcept : type_(VarType::null) {}
   Variant(bool value) noexcept;
   Variant(std::int16_t value) noexcept;
@@ -62,6 +63,7 @@ class Variant {
   /// An empty reference makes the object value "nothing".
   template <class T>
   Variant(const com::Ref<T>& object) noexcept : Variant(com::Ref<com::IUnknown>(object), 0) {}
+  // NOLINTEND(google-explicit-constructor)
   Variant(const Variant& other) noexcept : type_(other.type_), scale_(other.scale_) {
     words_[0] = other.words_[0];
     words_[1] = other.words_[1];

@@ -34,6 +34,7 @@ template <class T>
 class Ref {
  public:
   Ref() noexcept = default;
+  // NOLINTBEGIN(google-explicit-constructor): as for pointers.
   Ref(std::nullptr_t) noexcept {}
   explicit Ref(T* object) noexcept : object_(object) { add(); }
   Ref(const Ref& other) noexcept : object_(other.object_) { add(); }
@@ -44,6 +45,7 @@ class Ref {
   template <class U>
   requires std::is_convertible_v<U*, T*> Ref(Ref<U>&& other)
   noexcept : object_(other.detach()) {}
+  // NOLINTEND(google-explicit-constructor)
   Ref& operator=(Ref other) noexcept {
     std::swap(object_, other.object_);
     return *this;
@@ -87,6 +89,7 @@ class Ref {
 /// a `kInterfaceId` derived from IUnknown; the first one also answers for
 /// IUnknown. Objects live on the heap and are made with `make`.
 template <class... Interfaces>
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): Release alone deletes.
 class Object : public Interfaces... {
  public:
   void* QueryInterface(const Guid& iid) noexcept override {

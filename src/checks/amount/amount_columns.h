@@ -10,7 +10,7 @@
 
 namespace velmora::amount {
 
-inline constexpr std::string_view kBalance = "";
+inline constexpr std::string_view kBalance;
 inline constexpr std::string_view kMovements[] = {"Beg", "Debit", "Credit"};
 
 /// The six columns of a measure: FArp<measure>AmountFor, FArp<measure>Amount, the same of

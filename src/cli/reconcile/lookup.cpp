@@ -10,7 +10,6 @@ namespace velmora::cli {
 
 namespace {
 
-using collections::Variant;
 
 constexpr std::int64_t kNumberSize = 255;
 
