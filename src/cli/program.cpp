@@ -28,6 +28,7 @@ constexpr const char* kExamples =
     "  velmora close-check --db demo.db --lang EN\n"
     "  velmora close-check --db demo.db --side ap --year 2009 --period 3 --format csv\n"
     "  velmora reconcile period --db demo.db --only-differences\n"
+    "  velmora settle --source invoices.csv --dest receipts.csv --group-by FID,FCurrencyID\n"
     "  velmora sql --db demo.db \"select FNumber, FName from t_Account\"\n"
     "\n"
     "Exit status: 0 ran and nothing blocks, 1 ran and something blocks, 2 the command\n"
@@ -106,6 +107,9 @@ std::unique_ptr<CLI::App> makeProgram(Run& chosen) {
   addAccountCheck(*program, chosen);
   addPeriodChange(*program, chosen);
   addReconcile(*program, chosen);
+  addSettle(*program, chosen);
+  addDistribute(*program, chosen);
+  addDefaultAccount(*program, chosen);
   addFinDate(*program, chosen);
   addSql(*program, chosen);
   addCopy(*program, chosen);

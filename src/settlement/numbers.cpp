@@ -34,7 +34,8 @@ void failNumber(const Variant& value, const std::string& where) {
 
 void failPlaces(const Decimal& number, const std::string& where) {
   throw com::Error(com::error::kInvalidArgument, "clsPublic",
-                   where + ": " + number.normalized().toString() + " is no number of decimals; expected 0 to " +
+                   where + ": " + number.normalized().toString() +
+                       " is no number of decimals; expected 0 to " +
                        std::to_string(Decimal::kMaxDigits));
 }
 

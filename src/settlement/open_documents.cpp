@@ -34,6 +34,11 @@ int OpenDocument::places(DocumentField field) const {
 
 void OpenDocument::set(DocumentField field, const Decimal& value) {
   setCell(column(field), value);
+  // Rounded to the column's decimals, documents and settlement rows would differ.
+  if (tryNumber(cells_[column(field)]) != value)
+    throw com::Error(com::error::kAdoDataConversion, "clsPublic",
+                     described(column(field)) + ": " + value.normalized().toString() +
+                         " has more decimals than the column");
 }
 
 void OpenDocument::add(DocumentField field, const Decimal& change) {

@@ -1,7 +1,7 @@
 #include <filesystem>
-#include <sstream>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "cli/failure.h"
 #include "running_program.h"
@@ -188,6 +188,19 @@ TEST_F(ProgramTest, SqlChangesOnlyWhenAskedTo) {
   const auto changed = runVelmora({"sql", "--write", "--db", file, change});
   EXPECT_EQ(changed.status, kOk) << changed.err;
   EXPECT_THAT(changed.err, HasSubstr("affected"));
+}
+
+TEST_F(ProgramTest, DefaultAccountIsTheItemsElseTheDocumentTypes) {
+  const auto propose = [](const char* item, const char* classType) {
+    return onDemo(
+        {"default-account", "--item-class", "1", "--item", item, "--class-type", classType});
+  };
+  EXPECT_EQ(propose("1001", "1000000").out, "1122\n");
+  EXPECT_EQ(propose("-1", "1000021").out, "1221\n");
+  const auto none = propose("1001", "7");
+  EXPECT_EQ(none.out, "0\n");
+  EXPECT_THAT(none.err, HasSubstr("no account"));
+  EXPECT_EQ(onDemo({"default-account", "--item", "1"}).status, kUsage);
 }
 
 TEST_F(ProgramTest, FinDateIsThePeriodsEndOnceItIsOver) {

@@ -192,7 +192,8 @@ Json fieldToJson(const ado::FieldDefinition& field) {
   json["type"] = type->name;
   if (type->kind == CellKind::text && field.definedSize != kAnyLength)
     json["size"] = field.definedSize;
-  if (type->kind == CellKind::decimal && field.type != ado::adCurrency) {
+  // A decimal column without a precision keeps every digit.
+  if (type->kind == CellKind::decimal && field.type != ado::adCurrency && field.precision > 0) {
     json["precision"] = field.precision;
     json["scale"] = field.numericScale;
   }
