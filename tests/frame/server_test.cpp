@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "velmora/com/class_table.h"
 #include "velmora/com/error.h"
@@ -75,6 +76,38 @@ TEST_F(Server, HandsOutFactoriesOfItsOwnClassesOnly) {
       com::Ref<com::IClassFactory>::adopt(static_cast<com::IClassFactory*>(object));
   EXPECT_EQ(canUnload(), com::kFalse) << "a factory runs code of the library";
   EXPECT_TRUE(factory->CreateInstance().as<_clsCheck>());
+}
+
+/// A copy of the library, so that nothing else in this process keeps it.
+TEST(ServerLife, UnloadsCleanly) {
+  const auto file =
+      std::filesystem::temp_directory_path() / ("velmora-" + std::to_string(::getpid()) + ".so");
+  std::filesystem::copy_file(VELMORA_COMPONENT, file);
+  void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(library, nullptr) << dlerror();
+  const auto canUnload =
+      reinterpret_cast<com::DllCanUnloadNowFunction>(dlsym(library, "DllCanUnloadNow"));
+  const auto getClassObject =
+      reinterpret_cast<com::DllGetClassObjectFunction>(dlsym(library, "DllGetClassObject"));
+  ado::RecordsetRef rows;
+  {
+    void* made = nullptr;
+    getClassObject(_clsPublic::kClassId, com::IClassFactory::kInterfaceId, &made);
+    const auto factory =
+        com::Ref<com::IClassFactory>::adopt(static_cast<com::IClassFactory*>(made));
+    const auto object = factory->CreateInstance().as<_clsPublic>();
+    rows = object->GetData(
+        "ConnectString={Provider=Velmora.Embedded;Data Source=:memory:;Mode=ReadWrite}",
+        "select 7 as n");
+    EXPECT_EQ(object->GetCurFincDate("nonsense", true), collections::Date::today());
+    EXPECT_EQ(canUnload(), com::kFalse);
+  }
+  EXPECT_EQ(canUnload(), com::kOk);
+  dlclose(library);
+  EXPECT_EQ(dlopen(file.c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "it is still there";
+  std::filesystem::remove(file);
+  EXPECT_TRUE(com::GetErrorInfo());
+  EXPECT_EQ(rows->GetValue(0), collections::Variant(7));
 }
 
 }  // namespace

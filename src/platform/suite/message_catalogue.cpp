@@ -94,7 +94,9 @@ std::string findMessageFile(std::string_view name) {
     folders.emplace_back(configured);
   } else {
     const fs::path library(host::platformFolder());
-    folders = {library / "../share/velmora/messages", library / "../messages"};
+    // Beside lib, beside a machine's own folder of lib, in the build.
+    folders = {library / "../share/velmora/messages", library / "../../share/velmora/messages",
+               library / "../messages"};
   }
   std::string looked;
   for (const fs::path& folder : folders) {
