@@ -32,7 +32,7 @@ class KeptErrorInfo {
 
 std::string loadString(std::string_view key, std::string_view language) {
   const auto loader = com::CreateObject("Q8RESLOADER.Loader");
-  messageLoaderSlot() = loader;
+  keepMessageLoader(loader);
   loader->PutProperty("ResFileBaseName", "Q8ArAp");
   loader->PutProperty("LanguageID", language);
   return com::call(*loader, "LoadString", key).toText();

@@ -4,6 +4,7 @@
 
 #include "velmora/com/error.h"
 #include "velmora/com/registry.h"
+#include "velmora/com/thread_value.h"
 
 namespace velmora::settlement {
 
@@ -21,12 +22,14 @@ std::string configuredFolder() {
 
 }  // namespace
 
-const std::string& GetInstallFolder() {
-  thread_local std::string folder;
-  if (!folder.empty()) return folder;
-  folder = configuredFolder();
-  if (!folder.ends_with('/')) folder += '/';
-  return folder;
+std::string GetInstallFolder() {
+  auto& kept = com::ThreadValue("installation folder");
+  if (kept.isEmpty()) {
+    std::string folder = configuredFolder();
+    if (!folder.ends_with('/')) folder += '/';
+    kept = folder;
+  }
+  return std::string(kept.text());
 }
 
 }  // namespace velmora::settlement

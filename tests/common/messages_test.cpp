@@ -34,11 +34,11 @@ TEST(LoadMessage, KeepsOneLoaderAThreadUntilTheNext) {
   FakeLoader fake{{{"a", "b"}}};
   const auto installed = fake.install();
   LoadMessage("a", "EN");
-  const auto first = messageLoaderSlot();
+  const auto first = messageLoader();
   EXPECT_TRUE(first);
   LoadMessage("a", "EN");
-  EXPECT_TRUE(messageLoaderSlot());
-  EXPECT_NE(messageLoaderSlot(), first);
+  EXPECT_TRUE(messageLoader());
+  EXPECT_NE(messageLoader(), first);
   EXPECT_EQ(fake.created, 2);
   EXPECT_EQ(fake.unloaded, 0);
   unloadMessageLoader();

@@ -48,14 +48,14 @@ TEST(CDataSource, UnloadsTheMessageLoaderAtItsEnd) {
   {
     CallSetup call;
     call.PrepareDataSource(kScriptedDsn);
-    messageLoaderSlot() = com::CreateObject("Q8RESLOADER.Loader");
+    keepMessageLoader(com::CreateObject("Q8RESLOADER.Loader"));
   }
   EXPECT_EQ(fake.unloaded, 1);
-  EXPECT_FALSE(messageLoaderSlot());
+  EXPECT_FALSE(messageLoader());
 
-  messageLoaderSlot() = com::make<LateBound>();  // a loader that cannot unload
+  keepMessageLoader(com::make<LateBound>());  // a loader that cannot unload
   unloadMessageLoader();
-  EXPECT_FALSE(messageLoaderSlot());
+  EXPECT_FALSE(messageLoader());
 }
 
 TEST(CallSetup, NeedsAConnectionStringFirst) {

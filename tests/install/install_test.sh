@@ -15,7 +15,7 @@ export VELMORA_REGISTRY=$scratch/registry HOME=$scratch
 
 velmora=$prefix/bin/velmora
 "$velmora" --version
-"$velmora" register | grep -F "Velmora.clsInitBalCheck" | grep -F "$prefix/"
+"$velmora" register | grep -F "Velmora.clsInitBalCheck" | grep -E "$prefix/.*libvelmora.so$"
 "$velmora" demo create "$scratch/demo.db" >/dev/null
 
 # expect CLIENT: its answer on the demonstration books.

@@ -1,18 +1,28 @@
 #include "frame/call/loader_slot.h"
 
+#include "velmora/com/thread_value.h"
+
 namespace velmora {
 
-com::Ref<com::IDispatch>& messageLoaderSlot() noexcept {
-  thread_local com::Ref<com::IDispatch> slot;
-  return slot;
+namespace {
+
+constexpr const char* kSlot = "message loader";
+
+}  // namespace
+
+com::Ref<com::IDispatch> messageLoader() {
+  return com::ThreadValue(kSlot).toObject<com::IDispatch>();
+}
+
+void keepMessageLoader(const com::Ref<com::IDispatch>& loader) {
+  com::ThreadValue(kSlot) = loader;
 }
 
 void unloadMessageLoader() noexcept {
-  const com::Ref<com::IDispatch> loader = std::move(messageLoaderSlot());
-  messageLoaderSlot() = nullptr;
-  if (!loader) return;
   try {
-    com::call(*loader, "Unload");
+    const auto loader = messageLoader();
+    com::ThreadValue(kSlot) = {};
+    if (loader) com::call(*loader, "Unload");
   } catch (...) {
     // A loader that cannot unload must not stop the call that is ending.
   }

@@ -43,7 +43,8 @@ std::string LibraryOf(const void* address) {
   Dl_info info{};
   if (dladdr(address, &info) == 0 || info.dli_fname == nullptr)
     throw Error(error::kFailed, "Velmora", "an address belongs to no loaded library");
-  return std::filesystem::canonical(info.dli_fname);
+  // With its links: libx.so stays where the next version's libx.so.2 will be.
+  return std::filesystem::absolute(info.dli_fname).lexically_normal();
 }
 
 }  // namespace velmora::com

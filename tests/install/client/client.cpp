@@ -1,6 +1,7 @@
 // Creates the component's class by ProgID, as the registry file says, and runs the closing
 // check of receivables on the account set named on the command line.
 #include <iostream>
+#include <velmora/com/class_table.h>
 #include <velmora/com/error.h>
 #include <velmora/interfaces.h>
 
