@@ -71,7 +71,7 @@ void makeSet(const fs::path& file, int contacts) {
   fs::remove(unfinished);
   auto connection = com::make<ado::Connection>();
   connection->Open(adoString(unfinished, "Create"));
-  cli::demo::createEmptySet(*connection);
+  cli::demo::createNewSet(*connection);
   connection->Execute(
       "insert into t_Account (FAccountID, FNumber, FName, FDetailID) values "
       "(1122, '1122', 'Receivables', 1), (1221, '1221', 'Other', 1), (2203, '2203', 'Advances', "

@@ -58,19 +58,21 @@ std::vector<std::string> plainOrder(const BoundSelect& select) {
   return terms;
 }
 
-/// Terms over the places of a result: those of ORDER BY, then all columns.
-std::vector<std::string> placeOrder(const std::vector<OrderTerm>& orderBy, const Types& types) {
-  std::vector<std::string> terms;
-  const auto add = [&](std::size_t place, bool descending) {
-    terms.push_back(orderTerm(computed("q." + placeName(place), types[place]), descending));
-  };
-  for (const OrderTerm& term : orderBy) add(*term.output, term.descending);
-  for (std::size_t i = 0; i < types.size(); ++i) {
+std::string keyName(std::size_t index) {
+  return quoteName("k" + std::to_string(index + 1));
+}
+
+/// The places of a result in the order of its rows: those of ORDER BY, then all columns.
+std::vector<std::pair<std::size_t, bool>> placeOrder(const std::vector<OrderTerm>& orderBy,
+                                                     std::size_t columns) {
+  std::vector<std::pair<std::size_t, bool>> places;
+  for (const OrderTerm& term : orderBy) places.emplace_back(*term.output, term.descending);
+  for (std::size_t i = 0; i < columns; ++i) {
     const bool named =
         std::ranges::any_of(orderBy, [i](const OrderTerm& term) { return term.output == i; });
-    if (!named) add(i, false);
+    if (!named) places.emplace_back(i, false);
   }
-  return terms;
+  return places;
 }
 
 /// "(rows) AS q(c1, c2)".
@@ -78,33 +80,79 @@ std::string placed(const std::string& rows, std::size_t columns) {
   return "(" + rows + ") AS q(" + placeNames(columns) + ")";
 }
 
+/// What a result without duplicates needs of its columns.
+struct DistinctColumns {
+  const std::vector<OutputColumn>& columns;
+  const Types& types;
+  /// Columns with one constant in all rows: they tell no rows apart.
+  std::vector<bool> fixed;
+
+  bool isKey(std::size_t i) const { return !fixed[i]; }
+  /// A text that stands for all that differ from it in case or trailing blanks.
+  bool isTextKey(std::size_t i) const { return isKey(i) && types[i].isText(); }
+};
+
+std::string namedAs(const std::string& value, const std::string& name) {
+  return name.empty() ? value : value + " AS " + quoteName(name);
+}
+
 /// The rows without duplicates: texts that differ in case or trailing blanks are the
-/// same, one of them stands for all. The names are the columns' own.
-std::string withoutDuplicates(const std::string& rows, const std::vector<OutputColumn>& columns,
-                              const Types& types) {
-  std::vector<std::string> values;
-  std::vector<std::string> keys;
-  for (std::size_t i = 0; i < types.size(); ++i) {
+/// same, one of them stands for all. The names are the columns' own or, for `withKeys`,
+/// the places', with the texts' keys ("k2") behind them.
+std::string withoutDuplicates(const std::string& rows, const DistinctColumns& distinct,
+                              bool withKeys = false) {
+  std::vector<std::string> values, keys, sortKeys;
+  for (std::size_t i = 0; i < distinct.types.size(); ++i) {
     const std::string place = "q." + placeName(i);
-    keys.push_back(keySql(computed(place, types[i])));
-    values.push_back(types[i].isText() ? "min(" + place + ")" : place);
-    if (!columns[i].name.empty()) values.back() += " AS " + quoteName(columns[i].name);
+    const bool plain = distinct.isKey(i) && !distinct.isTextKey(i);
+    const std::string value = plain ? place : "min(" + place + ")";
+    values.push_back(withKeys ? value + " AS " + placeName(i)
+                              : namedAs(value, distinct.columns[i].name));
+    if (!distinct.isKey(i)) continue;
+    keys.push_back(keySql(computed(place, distinct.types[i])));
+    if (distinct.isTextKey(i)) sortKeys.push_back(keys.back() + " AS " + keyName(i));
   }
-  const bool texts = anyText(types);
-  return std::string("SELECT ") + (texts ? "" : "DISTINCT ") + join(values, ", ") + " FROM " +
-         placed(rows, types.size()) + (texts ? " GROUP BY " + join(keys, ", ") : "");
+  const bool grouped = keys.size() < values.size() || anyText(distinct.types);
+  if (withKeys) values.insert(values.end(), sortKeys.begin(), sortKeys.end());
+  return std::string("SELECT ") + (grouped ? "" : "DISTINCT ") + join(values, ", ") + " FROM " +
+         placed(rows, distinct.types.size()) + (grouped ? " GROUP BY " + join(keys, ", ") : "");
 }
 
 std::string reordered(const std::string& rows, const std::vector<OutputColumn>& columns,
                       const std::vector<std::string>& terms,
                       const std::optional<std::int64_t>& top) {
   std::vector<std::string> values;
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    values.push_back("q." + placeName(i));
-    if (!columns[i].name.empty()) values.back() += " AS " + quoteName(columns[i].name);
+  for (std::size_t i = 0; i < columns.size(); ++i)
+    values.push_back(namedAs("q." + placeName(i), columns[i].name));
+  return "SELECT " + join(values, ", ") + " FROM " + rows + orderClause(terms) + limitClause(top);
+}
+
+/// The rows without duplicates in their order; each text's key is made once for both.
+std::string sortedDistinct(const std::string& rows, const DistinctColumns& distinct,
+                           const std::vector<OrderTerm>& orderBy,
+                           const std::optional<std::int64_t>& top) {
+  std::vector<std::string> terms;
+  for (const auto& [place, descending] : placeOrder(orderBy, distinct.types.size())) {
+    if (!distinct.isKey(place)) continue;
+    const std::string key = "q." + (distinct.isTextKey(place) ? keyName(place) : placeName(place));
+    terms.push_back(key + (descending ? " DESC NULLS LAST" : " ASC NULLS FIRST"));
   }
-  return "SELECT " + join(values, ", ") + " FROM " + placed(rows, columns.size()) +
-         orderClause(terms) + limitClause(top);
+  return reordered("(" + withoutDuplicates(rows, distinct, true) + ") AS q", distinct.columns,
+                   terms, top);
+}
+
+/// A result in the order of its columns.
+std::string sortedRows(const std::string& rows, const std::vector<OutputColumn>& columns,
+                       const Types& types, const std::vector<OrderTerm>& orderBy) {
+  std::vector<std::string> terms;
+  for (const auto& [place, descending] : placeOrder(orderBy, types.size()))
+    terms.push_back(orderTerm(computed("q." + placeName(place), types[place]), descending));
+  return reordered(placed(rows, columns.size()), columns, terms, {});
+}
+
+/// No column is known to be fixed.
+std::vector<bool> noneFixed(const Types& types) {
+  return std::vector<bool>(types.size(), false);
 }
 
 std::string selectText(Context& context, const BoundBody& body, const BoundSelect& select,
@@ -112,9 +160,9 @@ std::string selectText(Context& context, const BoundBody& body, const BoundSelec
   const std::string rows = "SELECT " + selectList(context, select, types) + select.body;
   const bool sorted = order == RowOrder::wanted || select.top;
   if (select.distinct) {
-    std::string distinct = withoutDuplicates(rows, body.columns, types);
-    if (!sorted) return distinct;
-    return reordered(distinct, body.columns, placeOrder(select.orderBy, types), select.top);
+    const DistinctColumns distinct{body.columns, types, noneFixed(types)};
+    return sorted ? sortedDistinct(rows, distinct, select.orderBy, select.top)
+                  : withoutDuplicates(rows, distinct);
   }
   return rows + (sorted ? orderClause(plainOrder(select)) : "") + limitClause(select.top);
 }
@@ -125,6 +173,22 @@ std::string bodyText(Context& context, const BoundBody& body, const Types& types
 std::string branchText(Context& context, const BoundBody& branch, const Types& types,
                        RowOrder order) {
   return "(" + bodyText(context, branch, types, {}, order) + ")";
+}
+
+/// Columns for which each of the first `count` branches selects the same constant; none
+/// when that would leave no column to tell rows apart.
+std::vector<bool> fixedColumns(const BoundUnion& united, std::size_t count, const Types& types) {
+  std::vector<bool> fixed(types.size(), true);
+  const auto* first = std::get_if<BoundSelect>(&united.branches.front().node);
+  for (std::size_t branch = 0; branch < count; ++branch) {
+    const auto* select = std::get_if<BoundSelect>(&united.branches[branch].node);
+    if (select == nullptr || first == nullptr) return noneFixed(types);
+    for (std::size_t i = 0; i < types.size(); ++i) {
+      const Bound& value = select->outputs[i].value;
+      if (!value.constant || value.sql != first->outputs[i].value.sql) fixed[i] = false;
+    }
+  }
+  return std::ranges::find(fixed, false) == fixed.end() ? noneFixed(types) : fixed;
 }
 
 std::string unionText(Context& context, const BoundBody& body, const BoundUnion& united,
@@ -138,16 +202,14 @@ std::string unionText(Context& context, const BoundBody& body, const BoundUnion&
     const bool merged = i < united.distinctBranches;
     rows +=
         branchText(context, united.branches[i], types, sorted || merged ? RowOrder::any : order);
-    if (i + 1 == united.distinctBranches) {
-      std::string distinct = withoutDuplicates(rows, body.columns, types);
-      if (order == RowOrder::wanted && !sorted) {
-        distinct = "(" + reordered(distinct, body.columns, placeOrder({}, types), {}) + ")";
-      }
-      rows = allDistinct || distinct.starts_with('(') ? distinct : "(" + distinct + ")";
-    }
+    if (i + 1 != united.distinctBranches) continue;
+    const DistinctColumns distinct{body.columns, types, fixedColumns(united, i + 1, types)};
+    if (sorted && allDistinct) return sortedDistinct(rows, distinct, orderBy, {});
+    rows = order == RowOrder::wanted && !sorted ? sortedDistinct(rows, distinct, {}, {})
+                                                : withoutDuplicates(rows, distinct);
+    if (!allDistinct) rows = "(" + rows + ")";
   }
-  if (!sorted) return rows;
-  return reordered(rows, body.columns, placeOrder(orderBy, types), {});
+  return sorted ? sortedRows(rows, body.columns, types, orderBy) : rows;
 }
 
 std::string bodyText(Context& context, const BoundBody& body, const Types& types,
