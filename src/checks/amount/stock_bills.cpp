@@ -16,28 +16,23 @@ struct DocumentTables {
   const char *condition, *idSource;
 };
 
-constexpr const char* kItemClass = "(case when b.FTranType = 21 then 1 else 8 end)";
+/// Receipts of the inventory module; what they are worth differs.
+constexpr DocumentTables inventoryReceipts(const char* amount, const char* condition) {
+  return {.bill = "ICStockBill",
+          .entry = "ICStockBillEntry",
+          .tranType = "b.FTranType",
+          .itemClass = "(case when b.FTranType = 21 then 1 else 8 end)",
+          .supplier = "b.FSupplyID",
+          .account = "b.FCussentAcctID",
+          .quantity = "a.FQty",
+          .amount = amount,
+          .condition = condition,
+          .idSource = "0"};
+}
 
-constexpr DocumentTables kPurchaseReceipts = {.bill = "ICStockBill",
-                                              .entry = "ICStockBillEntry",
-                                              .tranType = "b.FTranType",
-                                              .itemClass = kItemClass,
-                                              .supplier = "b.FSupplyID",
-                                              .account = "b.FCussentAcctID",
-                                              .quantity = "a.FQty",
-                                              .amount = "a.FAmount",
-                                              .condition = "b.ftrantype = 1",
-                                              .idSource = "0"};
-constexpr DocumentTables kProcessingReceipts = {.bill = "ICStockBill",
-                                                .entry = "ICStockBillEntry",
-                                                .tranType = "b.FTranType",
-                                                .itemClass = kItemClass,
-                                                .supplier = "b.FSupplyID",
-                                                .account = "b.FCussentAcctID",
-                                                .quantity = "a.FQty",
-                                                .amount = "a.fprocesscost",
-                                                .condition = "b.ftrantype = 5",
-                                                .idSource = "0"};
+constexpr DocumentTables kPurchaseReceipts = inventoryReceipts("a.FAmount", "b.ftrantype = 1");
+constexpr DocumentTables kProcessingReceipts =
+    inventoryReceipts("a.fprocesscost", "b.ftrantype = 5");
 constexpr DocumentTables kSubcontractReceipts = {.bill = "ICShop_SubcIn",
                                                  .entry = "ICShop_SubcInEntry",
                                                  .tranType = "1002523",
