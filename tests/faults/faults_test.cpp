@@ -125,6 +125,16 @@ std::string periodChange() {
   return std::to_string(can) + message;
 }
 
+std::string defaultAccount() {
+  const auto customer = connected(books(), "Read")
+                            ->Execute(
+                                "select min(FItemID) from t_Organization where "
+                                "FARAccountID > 0")
+                            ->GetValue(0)
+                            .toInt32();
+  return std::to_string(created<_clsPublic>()->GetDefaultAcctID(dsn(), 1, customer, 1000000));
+}
+
 std::vector<Operation> operations() {
   return {
       {"CheckClosingData_AR", [] { return closingData(true); }, "00nothing"},
@@ -138,6 +148,7 @@ std::vector<Operation> operations() {
        Date::today().toDateText()},
       {"CheckValidAccount",
        [] { return textOf(created<_clsCheck>()->CheckValidAccount(dsn(), 0)); }, "nothing"},
+      {"GetDefaultAcctID", defaultAccount, "0", false},
       {"IsCanChangePeriod", periodChange,
        "0应收应付系统在检测调整会计期间合法性时，发现意外错误。"},
   };
