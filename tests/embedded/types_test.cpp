@@ -150,6 +150,18 @@ TEST_F(Types, ManyRowsKeepTheirOrderAndNulls) {
   }
 }
 
+TEST_F(Types, TenMillionAmountsOfTwentyDigitsSumExactly) {
+  const auto connection = connect("Data Source=:memory:");
+  std::string batch =
+      "create table #t (a decimal(28,4)) insert into #t values (1234567890123456.7891), "
+      "(9999999999999999.9999), (-0.0001), (0.0003)";
+  for (int i = 0; i < 6; ++i) batch += ", (1111111111111111.1111)";
+  for (int i = 0; i < 20; ++i) batch += " insert into #t select a from #t";
+  run(*connection, batch);
+  EXPECT_EQ(query(*connection, "select count(*), sum(a), sum(-a) + sum(a) from #t"),
+            (Texts{{"10485760", "18770804926620760492788.9408", "0"}}));
+}
+
 }  // namespace
 
 }  // namespace velmora::ado::embedded::test
