@@ -135,11 +135,11 @@ std::string recomputedBalance(const AmountFilter& f) {
 std::string periodAmounts(const AmountFilter& f, const Restriction& restriction) {
   SqlLines sql = balanceUpdate(f);
   sql.line("Select FYear, FPeriod, FItemClassID, FAcctID,")
-      .lineIf(f.bChkForAdjust, "FCurrencyID,")
       .line("sum(fbegamountfor) as fbegamountfor, sum(fbegamount) as fbegamount,")
       .line("sum(fdebitfor) as fdebitfor, sum(fdebit) as fdebit,")
       .line("sum(FCreditFor) as FCreditFor, sum(FCredit) as FCredit,")
       .line("sum(FAmountFor) as FAmountFor, sum(FAmount) as FAmount")
+      .lineIf(f.bChkForAdjust, ",FCurrencyID")
       .line(" from (")
       .line("select v1.FYear, v1.FPeriod,")
       .line(std::string(f.bShowDetail ? " v1.FCustomer " : " 0 ") + " as FItemClassID,")

@@ -103,7 +103,7 @@ class Branch {
         .line(" 0 fdebitfor , 0 fdebit ,")
         .line(" SUM(FEndBalanceFor) FAmountFor , SUM(FEndBalance) FAmount")
         .line(sources())
-        .line(" WHERE K.FYear*" + yearLength_ + " + K.FPeriod<" + period_ + conditions())
+        .line(" WHERE K.FYear*" + yearLength_ + "+K.FPeriod<" + period_ + conditions())
         .line(" Group By K.FYear , K.FPeriod, K.FCustomer,t2.FAccountID" + currencyGroup());
     return sql.text();
   }
