@@ -167,9 +167,9 @@ void filter(ado::Recordset& rows, const std::string& restriction, const char* op
 
 /// An account set that cannot be reached stops a settlement before it changes anything.
 void askDatabase(Settlement& settlement) {
+  if (settlement.databaseAsked) return;
   const std::string sDsn = settlement.dFields->Value("sDsn").toText();
-  if (settlement.databaseAsked || sDsn.empty()) return;
-  GetBaseCurrencyScale(sDsn);
+  if (!sDsn.empty()) GetBaseCurrencyScale(sDsn);
   settlement.databaseAsked = true;
 }
 
@@ -179,9 +179,11 @@ void AllocatePair(Settlement& settlement, Side& first, Side& second, Sign sign,
                   const std::string& firstFilter, const std::string& secondFilter) {
   constexpr const char* kOpen = " FRemark = 0";
   askDatabase(settlement);
-  filter(*first.rows, firstFilter, kOpen);
+  // Most groups have no negative documents, which are the second ones: looked for first.
   filter(*second.rows, secondFilter, kOpen);
-  if (first.rows->RecordCount() == 0 || second.rows->RecordCount() == 0) return;
+  if (second.rows->RecordCount() == 0) return;
+  filter(*first.rows, firstFilter, kOpen);
+  if (first.rows->RecordCount() == 0) return;
   findColumns(settlement, first);
   findColumns(settlement, second);
   settlement.remaining.complete(*settlement.rsChkInfo);

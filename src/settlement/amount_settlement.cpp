@@ -32,7 +32,8 @@ void settleWithin(Settlement& settlement, Side& side, const std::string& groupFi
   if (!hasRows(side)) return;
   const std::string amount =
       (groupFilter.empty() ? "" : groupFilter + " and ") + amountColumn(settlement);
-  Side clone{side.name, side.rows->Clone(), side.columns};
+  if (!side.clone) side.clone = side.rows->Clone();
+  Side clone{side.name, side.clone, side.columns};
   AllocatePair(settlement, side, clone, Sign::withinSide, amount + " > 0 ", amount + " < 0 ");
 }
 

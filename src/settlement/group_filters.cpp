@@ -65,6 +65,24 @@ std::string filterValue(const Variant& value, ado::DataTypeEnum type) {
   }
 }
 
+std::string groupKey(const ado::Recordset& rows, const std::vector<GroupField>& fields) {
+  std::string key;
+  for (const GroupField& field : fields) {
+    if (!key.empty()) key += '|';
+    key += textOf(rows.GetValue(field.keyColumn));
+  }
+  return key;
+}
+
+std::string groupFilter(const ado::Recordset& rows, const std::vector<GroupField>& fields) {
+  std::string filter;
+  for (const GroupField& field : fields) {
+    if (!filter.empty()) filter += " and ";
+    filter += field.name + " = " + filterValue(rows.GetValue(field.filterColumn), field.type);
+  }
+  return filter;
+}
+
 }  // namespace
 
 DictionaryRef BuildGroupFilters(const ado::RecordsetRef& rsSrcBill,
@@ -74,14 +92,8 @@ DictionaryRef BuildGroupFilters(const ado::RecordsetRef& rsSrcBill,
   ado::Recordset& rows = given(rsSrcBill, "rsSrcBill");
   const auto fields = groupFields(rows, *dDictSwitch);
   for (rows.MoveFirst(); !rows.EOF_(); rows.MoveNext()) {
-    std::string key, filter;
-    for (const GroupField& field : fields) {
-      if (!key.empty()) key += '|';
-      key += textOf(rows.GetValue(field.keyColumn));
-      if (!filter.empty()) filter += " and ";
-      filter += field.name + " = " + filterValue(rows.GetValue(field.filterColumn), field.type);
-    }
-    if (!groups->Lookup(key)) groups->Add(key, trimmed(filter));
+    const std::string key = groupKey(rows, fields);
+    if (!groups->Lookup(key)) groups->Add(key, trimmed(groupFilter(rows, fields)));
   }
   return groups;
 }

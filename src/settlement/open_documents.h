@@ -31,6 +31,9 @@ struct Side {
   ado::RecordsetRef rows;
   /// Found when the side is first settled.
   std::shared_ptr<const DocumentColumns> columns = {};
+  /// The same documents with a filter of their own, made when the side is first settled
+  /// within itself.
+  ado::RecordsetRef clone = {};
 };
 
 /// The current document of a side within one run of the allocation.

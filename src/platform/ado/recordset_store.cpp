@@ -75,8 +75,9 @@ std::shared_ptr<const RecordsetView> RecordsetStore::view(std::string_view crite
 
 /// Looks at as few rows as what is known already allows.
 void RecordsetStore::fill(RecordsetView& view) {
+  constexpr std::size_t few = 64;  // not worth a look into the indexes
   const RowSet& wider = smallestWider(view.criteria()).rows();
-  const auto* candidates = fewestCandidates(view.criteria());
+  const auto* candidates = wider.count() > few ? fewestCandidates(view.criteria()) : nullptr;
   if (candidates != nullptr && candidates->size() < wider.count()) {
     for (const std::size_t row : *candidates)
       if (exists(row)) view.test(row, cellsOf(row).data());
@@ -111,7 +112,7 @@ const EqualityIndex::Rows* RecordsetStore::fewestCandidates(const FilterCriteria
 /// Views that no recordset shows stay for a while: settlement sets the same few
 /// filters again and again. Each of them costs a test per changed cell.
 void RecordsetStore::dropIdleViews() {
-  constexpr std::size_t keptIdle = 4;
+  constexpr std::size_t keptIdle = 2;
   std::size_t idle = 0;
   for (std::size_t i = views_.size(); i-- > 1;)
     if (views_[i].use_count() == 1 && ++idle > keptIdle)

@@ -8,6 +8,7 @@ namespace velmora::ado {
 namespace {
 
 constexpr std::size_t kWordBits = RowSet::kWordBits;
+constexpr std::size_t kFewRows = 32;
 
 constexpr std::uint64_t bit(std::size_t position) {
   return std::uint64_t{1} << (position % kWordBits);
@@ -32,8 +33,27 @@ bool RowSet::hasWord(std::size_t level, std::size_t word) const noexcept {
   return word < levels_[level].size();
 }
 
+bool RowSet::listed(std::size_t row) const noexcept {
+  return std::ranges::binary_search(few_, row);
+}
+
 void RowSet::insert(std::size_t row) {
   if (contains(row)) return;
+  if (levels_.empty() && few_.size() < kFewRows) {
+    few_.insert(std::ranges::upper_bound(few_, row), row);
+    return;
+  }
+  if (levels_.empty()) spread();
+  insertIntoLevels(row);
+}
+
+/// Goes over from the list to the levels.
+void RowSet::spread() {
+  for (const std::size_t row : few_) insertIntoLevels(row);
+  few_ = {};
+}
+
+void RowSet::insertIntoLevels(std::size_t row) {
   ++count_;
   std::size_t position = row;
   for (std::size_t level = 0;; ++level) {
@@ -53,6 +73,10 @@ void RowSet::insert(std::size_t row) {
 
 void RowSet::erase(std::size_t row) noexcept {
   if (!contains(row)) return;
+  if (levels_.empty()) {
+    few_.erase(std::ranges::lower_bound(few_, row));
+    return;
+  }
   --count_;
   std::size_t position = row;
   for (Level& words : levels_) {
@@ -74,6 +98,10 @@ std::size_t RowSet::descendToLast(std::size_t level, std::size_t word) const noe
 }
 
 std::size_t RowSet::firstFrom(std::size_t row) const noexcept {
+  if (levels_.empty()) {
+    const auto found = std::ranges::lower_bound(few_, row);
+    return found == few_.end() ? kNone : *found;
+  }
   std::size_t position = row;
   for (std::size_t level = 0; level < levels_.size(); ++level) {
     const std::size_t word = position / kWordBits;
@@ -88,6 +116,10 @@ std::size_t RowSet::firstFrom(std::size_t row) const noexcept {
 }
 
 std::size_t RowSet::lastBefore(std::size_t row) const noexcept {
+  if (levels_.empty()) {
+    const auto end = std::ranges::lower_bound(few_, row);
+    return end == few_.begin() ? kNone : *(end - 1);
+  }
   std::size_t end = row;  // positions below it are looked at
   for (std::size_t level = 0; level < levels_.size(); ++level) {
     const std::size_t size = levels_[level].size() * kWordBits;
@@ -105,8 +137,9 @@ std::size_t RowSet::lastBefore(std::size_t row) const noexcept {
 }
 
 std::size_t RowSet::countBefore(std::size_t row) const noexcept {
+  if (levels_.empty())
+    return static_cast<std::size_t>(std::ranges::lower_bound(few_, row) - few_.begin());
   std::size_t rows = 0;
-  if (levels_.empty()) return rows;
   const std::size_t whole = std::min(row / kWordBits, levels_[0].size());
   for (std::size_t word = 0; word < whole; ++word)
     rows += static_cast<std::size_t>(std::popcount(levels_[0][word]));
