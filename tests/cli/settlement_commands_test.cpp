@@ -57,7 +57,7 @@ TEST(Csv, ReadsCellsAsTheyAre) {
            {"a\n\"x\n\n", "line 2: a quoted cell has no end"},
            {"a\n\"x\"y\n", "line 2: expected a comma"},
            {"a\nx\"y\n", "line 2: a quote inside a cell"}})
-    EXPECT_THAT(failureOf([&] { parseCsv(text); }), HasSubstr(part));
+    EXPECT_THAT(failureOf([&text = text] { parseCsv(text); }), HasSubstr(part));
 }
 
 TEST(TableFile, RefusesWhatIsNoNumber) {
