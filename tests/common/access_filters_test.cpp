@@ -125,7 +125,7 @@ class ReplacedServices : public testing::Test {
       asked_.push_back(arguments[0].toText() + "|" + arguments[1].toText());
       return Variant(used_);
     });
-    service->method("GetRowAccessInfo2", [this](auto arguments) {
+    service->method("GetRowAccessInfo2", [](auto arguments) {
       auto restricted = com::make<Dictionary>();
       for (const Variant& table : *arguments[2].template toObject<Vector>())
         restricted->Set(table.toObject<Dictionary>()->Value("Table").toText(), true);

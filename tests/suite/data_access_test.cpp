@@ -134,7 +134,7 @@ TEST_F(DataAccess, TakesNamesOnlyIntoTheSql) {
         {column("t_item", "z", ""), "DataCol"},
         {column("t_item", "z", "FItemID", "v1 ", "FCustomer"), "BillTableAs"},
         {column("t_item", "z", "FItemID", "v1", "1=1 or x"), "BillCol"}}) {
-    const auto error = errorOf([&] { sql(list({request}), info); });
+    const auto error = errorOf([&, wanted = request] { sql(list({wanted}), info); });
     EXPECT_EQ(error.number(), com::error::kInvalidArgument);
     EXPECT_TRUE(error.description().starts_with(std::string(named) + " of")) << error.description();
   }
