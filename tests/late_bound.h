@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -54,6 +55,7 @@ struct FakeLoader {
   std::map<std::string, std::string> messages;
   int created = 0, unloaded = 0;
   std::string baseName = {}, language = {};
+  std::shared_ptr<int> life = std::make_shared<int>();
 
   /// The translation by key; a key without one is an error, as for the suite's loader.
   com::ScopedClass install() {
@@ -69,8 +71,9 @@ struct FakeLoader {
           throw com::Error(com::error::kInvalidArgument, "Loader", arguments[0].toText());
         return collections::Variant(found->second);
       });
-      loader->method("Unload", [this](auto) {
-        ++unloaded;
+      // An object of the test may let go of its loader after this one has gone.
+      loader->method("Unload", [this, alive = std::weak_ptr<int>(life)](auto) {
+        if (!alive.expired()) ++unloaded;
         return collections::Variant();
       });
       return loader;
