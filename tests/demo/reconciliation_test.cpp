@@ -9,6 +9,7 @@
 
 #include "cli/demo/calendar.h"
 #include "demo/account_set.h"
+#include "sanitized.h"
 #include "velmora/ado/connection_string.h"
 #include "velmora/com/class_table.h"
 #include "velmora/com/error.h"
@@ -140,6 +141,8 @@ std::vector<std::string> differences(const AccountSet& set, Side side, int perio
   return lines;
 }
 
+constexpr int kPeriodStep = kSanitized ? 7 : 1;  // the first, one between and the current one
+
 void expectAgreement(const AccountSet& set, Side side, int period, std::span<const Mode> modes) {
   for (const Mode& mode : modes)
     EXPECT_THAT(differences(set, side, period, mode), testing::IsEmpty())
@@ -154,12 +157,12 @@ void expectAgreement(const AccountSet& set, int period) {
 }
 
 TEST(Reconciliation, AgreesInEveryPeriodOfReceivablesWithoutFaults) {
-  for (int period = 0; period <= kCurrentPeriod; ++period)
+  for (int period = 0; period <= kCurrentPeriod; period += kPeriodStep)
     expectAgreement(smallSetWithoutFaults(), Side::kReceivables, period, kModes);
 }
 
 TEST(Reconciliation, AgreesInEveryPeriodOfPayablesWithoutFaults) {
-  for (int period = 0; period <= kCurrentPeriod; ++period) {
+  for (int period = 0; period <= kCurrentPeriod; period += kPeriodStep) {
     expectAgreement(smallSetWithoutFaults(), Side::kPayables, period, kModes);
     expectAgreement(smallSetWithoutFaults(), Side::kPayables, period, kEstimateModes);
   }
