@@ -66,6 +66,24 @@ TEST_F(Translating, SortsOnlyWhereTheRowsWouldComeInAnyOrder) {
               Not(HasSubstr("ORDER BY")));
   EXPECT_THAT(translator.sql("select 1 from t_account a, t_balance b"),
               HasSubstr(R"(ORDER BY "a".rowid ASC NULLS FIRST, "b".rowid ASC NULLS FIRST)"));
+  const auto orderOf = [&](std::string_view from) {
+    const std::string sql = translator.sql(std::string("select 1 from ") + std::string(from));
+    const auto at = sql.find("ORDER BY");
+    return at == std::string::npos ? "" : sql.substr(at + 9);
+  };
+  for (const std::string_view keyed :
+       {"t_balance b inner join t_account a on a.FAccountID = b.FAccountID",
+        "t_balance b left join t_account a on a.FAccountID = b.FAccountID and a.FNumber > ''",
+        "t_balance b, t_account a where b.FAmount > 0 and b.FAccountID = a.FAccountID",
+        "t_balance b inner join (select FAccountID, sum(FAmount) s from t_balance group by "
+        "FAccountID) k on k.FAccountID = b.FAccountID"})
+    EXPECT_EQ(orderOf(keyed), R"("b".rowid ASC NULLS FIRST)") << keyed;
+  for (const std::string_view several :
+       {"t_account a inner join t_balance b on a.FAccountID = b.FAccountID",
+        "t_balance b inner join t_account a on a.FAccountID > b.FAccountID",
+        "t_balance b, t_account a where b.FAccountID = a.FAccountID or b.FAmount > 0",
+        "t_balance b full join t_account a on a.FAccountID = b.FAccountID"})
+    EXPECT_THAT(orderOf(several), HasSubstr(", ")) << several;
   EXPECT_THAT(
       translator.sql("select * from (select top 1 a.FName from t_account a, t_balance b) k"),
       HasSubstr("LIMIT 1"));

@@ -30,10 +30,4 @@ struct ChangeTarget {
 ChangeTarget bindTarget(Context& context, QueryScope& scope, const QualifiedName& target,
                         const std::vector<TableSourcePtr>& from);
 
-/// Whether each row of the target meets at most one row of the other sources: every one
-/// of them is fixed by its key through equalities. Only inner and left joins and WHERE
-/// are looked at.
-bool meetsOnce(const QueryScope& scope, const Source& target,
-               const std::vector<TableSourcePtr>& from, const ExpressionPtr& where);
-
 }  // namespace velmora::tsql

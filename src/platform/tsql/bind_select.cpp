@@ -214,7 +214,8 @@ class SelectBinder {
 
   void bindNaturalOrder() {
     if (comesInOrder(scope_) && orderBy_.empty()) return;
-    result_.naturalOrder = naturalOrder(scope_, rollup());
+    result_.naturalOrder = scope_.grouped ? groupOrder(scope_, rollup())
+                                          : naturalOrder(scope_, select_.from, select_.where);
   }
 
   /// A grouped query's rows differ in its keys, where it shows them all.

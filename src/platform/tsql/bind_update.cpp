@@ -5,6 +5,7 @@
 #include "platform/tsql/errors.h"
 #include "platform/tsql/order_rules.h"
 #include "platform/tsql/sql_text.h"
+#include "platform/tsql/unique_match.h"
 
 namespace velmora::tsql {
 namespace {
@@ -115,7 +116,7 @@ class UpdateBinder {
 
   std::string firstMatch(const std::string& rowId) const {
     std::string terms;
-    for (const std::string& term : naturalOrder(scope_, false)) {
+    for (const std::string& term : naturalOrder(scope_, statement_.from, statement_.where)) {
       if (!term.starts_with(rowId + " ")) terms += ", " + term;
     }
     return terms;

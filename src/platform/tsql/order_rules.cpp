@@ -3,21 +3,13 @@
 #include "platform/tsql/bind_query.h"
 #include "platform/tsql/sql_text.h"
 #include "platform/tsql/text_rules.h"
+#include "platform/tsql/unique_match.h"
 
 namespace velmora::tsql {
 namespace {
 
 std::string ascending(const std::string& sql) {
   return sql + " ASC NULLS FIRST";
-}
-
-std::vector<std::string> groupOrder(const QueryScope& scope, bool rollup) {
-  std::vector<std::string> terms;
-  for (const GroupKey& key : scope.keys) {
-    if (rollup) terms.push_back("grouping(" + key.groupSql + ")");
-    terms.push_back(ascending(key.groupSql));
-  }
-  return terms;
 }
 
 void addColumns(std::vector<std::string>& terms, const Source& source) {
@@ -33,14 +25,24 @@ std::string orderTerm(const Bound& value, bool descending) {
   return ascending(keySql(value));
 }
 
-std::vector<std::string> naturalOrder(const QueryScope& scope, bool rollup) {
-  if (scope.grouped) return groupOrder(scope, rollup);
+std::vector<std::string> naturalOrder(const QueryScope& scope,
+                                      const std::vector<TableSourcePtr>& from,
+                                      const ExpressionPtr& where) {
   std::vector<std::string> terms;
-  for (const Source& source : scope.sources) {
-    if (source.table != nullptr) terms.push_back(ascending(source.engine + ".rowid"));
+  for (const Source* source : decidingSources(scope, from, where)) {
+    if (source->table != nullptr)
+      terms.push_back(ascending(source->engine + ".rowid"));
+    else
+      addColumns(terms, *source);
   }
-  for (const Source& source : scope.sources) {
-    if (source.table == nullptr) addColumns(terms, source);
+  return terms;
+}
+
+std::vector<std::string> groupOrder(const QueryScope& scope, bool rollup) {
+  std::vector<std::string> terms;
+  for (const GroupKey& key : scope.keys) {
+    if (rollup) terms.push_back("grouping(" + key.groupSql + ")");
+    terms.push_back(ascending(key.groupSql));
   }
   return terms;
 }

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/tsql/ast.h"
 #include "platform/tsql/query_scope.h"
 
 namespace velmora::tsql {
@@ -12,8 +13,13 @@ namespace velmora::tsql {
 /// rows in the same order:
 /// - grouped: by the keys; with rollup each group's rows, then its subtotal;
 /// - otherwise by the row numbers of the stored tables in the order of FROM, then by the
-///   columns of its derived tables.
-std::vector<std::string> naturalOrder(const QueryScope& scope, bool rollup);
+///   columns of its derived tables; those whose rows follow from the ones before are left
+///   out.
+std::vector<std::string> naturalOrder(const QueryScope& scope,
+                                      const std::vector<TableSourcePtr>& from,
+                                      const ExpressionPtr& where);
+/// The same of a grouped query.
+std::vector<std::string> groupOrder(const QueryScope& scope, bool rollup);
 
 /// Whether the natural order needs no sorting: the rows of at most one stored table come
 /// as they were stored.

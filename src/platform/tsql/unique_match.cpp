@@ -1,7 +1,8 @@
+#include "platform/tsql/unique_match.h"
+
 #include <algorithm>
 #include <set>
 
-#include "platform/tsql/bind_change.h"
 #include "platform/tsql/errors.h"
 #include "platform/tsql/overloaded.h"
 #include "platform/tsql/sql_text.h"
@@ -88,8 +89,9 @@ class EqualitySearch {
   std::vector<Equality> found_;
 };
 
-bool isFixed(const Source& source, const std::vector<Equality>& equalities,
-             const std::set<const Source*>& known) {
+using Sources = std::set<const Source*>;
+
+bool isFixed(const Source& source, const std::vector<Equality>& equalities, const Sources& known) {
   const auto columnIsFixed = [&](const std::string& column) {
     return std::ranges::any_of(equalities, [&](const Equality& equality) {
       return equality.fixed == &source && sameName(equality.column, column) &&
@@ -101,24 +103,50 @@ bool isFixed(const Source& source, const std::vector<Equality>& equalities,
   });
 }
 
+/// Adds to `known` the sources of which its own leave at most one row.
+void addFixed(const QueryScope& scope, const std::vector<Equality>& equalities, Sources& known) {
+  for (bool grown = true; grown;) {
+    grown = false;
+    for (const Source& source : scope.sources) {
+      if (known.contains(&source) || !isFixed(source, equalities, known)) continue;
+      grown = known.insert(&source).second;
+    }
+  }
+}
+
+std::vector<Equality> equalitiesOf(const QueryScope& scope, const std::vector<TableSourcePtr>& from,
+                                   const ExpressionPtr& where) {
+  EqualitySearch search(scope);
+  for (const TableSourcePtr& source : from) {
+    if (!search.visit(*source)) return {};
+  }
+  if (where) search.addAll(*where, 0);
+  return search.found();
+}
+
 }  // namespace
 
 bool meetsOnce(const QueryScope& scope, const Source& target,
                const std::vector<TableSourcePtr>& from, const ExpressionPtr& where) {
-  EqualitySearch search(scope);
-  for (const TableSourcePtr& source : from) {
-    if (!search.visit(*source)) return false;
-  }
-  if (where) search.addAll(*where, 0);
-  std::set<const Source*> known = {&target};
-  for (bool grown = true; grown;) {
-    grown = false;
+  Sources known = {&target};
+  addFixed(scope, equalitiesOf(scope, from, where), known);
+  return known.size() == scope.sources.size();
+}
+
+std::vector<const Source*> decidingSources(const QueryScope& scope,
+                                           const std::vector<TableSourcePtr>& from,
+                                           const ExpressionPtr& where) {
+  const auto equalities = equalitiesOf(scope, from, where);
+  Sources known;
+  std::vector<const Source*> deciding;
+  for (const bool stored : {true, false}) {
     for (const Source& source : scope.sources) {
-      if (known.contains(&source) || !isFixed(source, search.found(), known)) continue;
-      grown = known.insert(&source).second;
+      if ((source.table != nullptr) != stored) continue;
+      addFixed(scope, equalities, known);
+      if (known.insert(&source).second) deciding.push_back(&source);
     }
   }
-  return known.size() == scope.sources.size();
+  return deciding;
 }
 
 }  // namespace velmora::tsql

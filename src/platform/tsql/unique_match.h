@@ -1,0 +1,24 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/tsql/ast.h"
+#include "platform/tsql/query_scope.h"
+
+namespace velmora::tsql {
+
+// What follows from unique keys: a source whose key equals columns of other sources, or
+// constants, has at most one row for each of their rows. Only inner and left joins and
+// WHERE are looked at.
+
+/// Whether each row of the target meets at most one row of the other sources.
+bool meetsOnce(const QueryScope& scope, const Source& target,
+               const std::vector<TableSourcePtr>& from, const ExpressionPtr& where);
+
+/// The sources, stored tables first, without those of which the ones before leave at most
+/// one row.
+std::vector<const Source*> decidingSources(const QueryScope& scope,
+                                           const std::vector<TableSourcePtr>& from,
+                                           const ExpressionPtr& where);
+
+}  // namespace velmora::tsql
