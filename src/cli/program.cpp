@@ -113,6 +113,7 @@ std::unique_ptr<CLI::App> makeProgram(Run& chosen) {
   addFinDate(*program, chosen);
   addSql(*program, chosen);
   addCopy(*program, chosen);
+  addScript(*program, chosen);
   addCall(*program, chosen);
   addRegistration(*program, chosen);
   return program;

@@ -60,6 +60,70 @@ TEST_F(Copy, IsTheSameBooks) {
       kOk);
 }
 
+/// The demonstration books with what is awkward to carry: a user's own item class and
+/// values that need care in a script.
+class AwkwardCopy : public Copy {
+ protected:
+  AwkwardCopy() {
+    std::filesystem::copy_file(demo(), books(), std::filesystem::copy_options::overwrite_existing);
+    const auto set = opened(embedded(books()) + ";Mode=ReadWrite");
+    set->Execute(
+        "create table T_ITEM_3050 (FItemID int not null, FName nvarchar(255), FNumber varchar(80), "
+        "FPreArAcctID int, FColour int)");
+    set->Execute("insert into t_Item_3050 values (7, N'O''Brien', null, 9999, 1)");
+    set->Execute(
+        "insert into t_ItemClass (FItemClassID, FNumber, FName, FName_CHT, FName_EN, "
+        "FSqlTableName) values (3050, '3050', N'项目\nGO\n--', '', '', 't_item_3050'), "
+        "(3051, '3051', N'无', '', '', 't_Nowhere')");
+    set->Execute(
+        "update t_PeriodDate set FEndDate = '2009-03-31 23:59:59.997' "
+        "where FYear = 2009 and FPeriod = 3");
+    set->Execute("update t_Currency set FExchangeRate = 0.0000000001 where FCurrencyID = 3");
+  }
+  static std::string books() {
+    return folder_->file(testing::UnitTest::GetInstance()->current_test_info()->name());
+  }
+
+  static Finished on(const std::string& db, std::vector<std::string> arguments) {
+    arguments.insert(arguments.end(), {"--db", db});
+    return runVelmora(arguments);
+  }
+  static void expectSameBooks(const std::string& db) {
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"close-check", "--side", "ar", "--format", "csv"},
+          {"close-check", "--side", "ap", "--format", "csv"},
+          {"reconcile", "period", "--side", "ap", "--format", "csv"},
+          {"sql", "select FItemID, FName, FNumber, FPreArAcctID from t_Item_3050"}})
+      EXPECT_EQ(on(db, command).out, on(books(), command).out) << command[0];
+    EXPECT_THAT(on(db, {"sql", "select FColour from t_Item_3050"}).err, HasSubstr("FColour"))
+        << "the checks do not read it";
+  }
+};
+
+TEST_F(AwkwardCopy, BringsTheUsersItemClassesAlong) {
+  const auto file = folder_->file("classes.db");
+  const auto copied = runVelmora({"copy", "--from", embedded(books()), "--to", file, "--force"});
+  ASSERT_EQ(copied.status, kOk) << copied.err;
+  EXPECT_THAT(copied.out, HasSubstr("T_ITEM_3050"));
+  expectSameBooks(file);
+}
+
+TEST_F(AwkwardCopy, GoesThroughAScript) {
+  const auto script = folder_->file("books.sql"), file = folder_->file("loaded.db");
+  const auto written = on(books(), {"script", "--out", script, "--force"});
+  ASSERT_EQ(written.status, kOk) << written.err;
+  EXPECT_THAT(written.err, HasSubstr(" rows\n"));
+  const auto loaded =
+      runVelmora({"sql", "--dsn", embedded(file) + ";Mode=Create", "--write", "--file", script});
+  ASSERT_EQ(loaded.status, kOk) << loaded.err;
+  expectSameBooks(file);
+  const auto again = on(file, {"script"});
+  EXPECT_TRUE(again.out == on(books(), {"script"}).out) << "the same books, the same script";
+  EXPECT_THAT(again.out, AllOf(HasSubstr("N'O''Brien', 9999)"), HasSubstr("'20090301'"),
+                               HasSubstr("'2009-03-31T23:59:59.997'"), HasSubstr("0.0000000001")));
+  EXPECT_THAT(on(books(), {"script", "--out", script}).err, HasSubstr("exists already; --force"));
+}
+
 TEST_F(Copy, LeavesNothingBehindWhenItFails) {
   const auto file = folder_->file("failed.db");
   const auto unreachable =

@@ -18,6 +18,7 @@ void addDefaultAccount(CLI::App& program, Run& chosen);
 void addFinDate(CLI::App& program, Run& chosen);
 void addSql(CLI::App& program, Run& chosen);
 void addCopy(CLI::App& program, Run& chosen);
+void addScript(CLI::App& program, Run& chosen);
 void addCall(CLI::App& program, Run& chosen);
 void addRegistration(CLI::App& program, Run& chosen);
 

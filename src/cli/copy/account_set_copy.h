@@ -26,8 +26,7 @@ struct CopyOptions {
 /// Makes the tables of an account set in `target`, an empty embedded database, and fills
 /// them from `source`; then holds row counts and the sums of decimal columns of every table
 /// against the source. Columns that only the source has are left behind, and so are its other
-/// tables. The tables of row access, which a suite's own account set does not have, may be
-/// missing in it.
+/// tables; those of the user's own item classes come along.
 ///
 /// Raises Failure naming table and column for one that the source lacks, and the table
 /// whose rows or sums differ; the provider's error for what cannot be read or written.
