@@ -12,6 +12,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 
 constexpr std::string_view kTables = R"(
 create table t_account(FAccountID int primary key, FNumber varchar(30), FName nvarchar(40))
@@ -78,6 +79,10 @@ TEST_F(Translating, SortsOnlyWhereTheRowsWouldComeInAnyOrder) {
         "t_balance b inner join (select FAccountID, sum(FAmount) s from t_balance group by "
         "FAccountID) k on k.FAccountID = b.FAccountID"})
     EXPECT_EQ(orderOf(keyed), R"("b".rowid ASC NULLS FIRST)") << keyed;
+  EXPECT_THAT(orderOf("t_balance b, (select FAccountID i, FName n from t_account) k"),
+              StartsWith(R"("b".rowid ASC NULLS FIRST, "k"."i" ASC)"))
+      << "the name follows from the key";
+  EXPECT_THAT(orderOf("t_balance b, (select FName n from t_account) k"), HasSubstr(R"("k"."n")"));
   for (const std::string_view several :
        {"t_account a inner join t_balance b on a.FAccountID = b.FAccountID",
         "t_balance b inner join t_account a on a.FAccountID > b.FAccountID",

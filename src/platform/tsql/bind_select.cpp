@@ -6,6 +6,7 @@
 #include "platform/tsql/overloaded.h"
 #include "platform/tsql/sql_text.h"
 #include "platform/tsql/text_rules.h"
+#include "platform/tsql/unique_match.h"
 
 namespace velmora::tsql {
 namespace {
@@ -218,18 +219,40 @@ class SelectBinder {
                                           : naturalOrder(scope_, select_.from, select_.where);
   }
 
-  /// A grouped query's rows differ in its keys, where it shows them all.
+  /// A grouped query's rows differ in its keys, others in those of their sources, where it
+  /// shows them all.
   std::optional<std::vector<std::string>> uniqueKey() const {
-    if (!scope_.grouped || rollup()) return std::nullopt;
+    if (rollup() || select_.distinct) return std::nullopt;
     std::vector<std::string> names;
-    for (const GroupKey& key : scope_.keys) {
-      const auto shown = std::ranges::find_if(result_.outputs, [&](const OutputValue& output) {
-        return output.value.sql == key.valueSql;
-      });
-      if (shown == result_.outputs.end()) return std::nullopt;
-      names.push_back(shown->name);
+    const bool shown = scope_.grouped ? addGroups(names) : addSourceKeys(names);
+    return shown ? std::optional(names) : std::nullopt;
+  }
+
+  bool addGroups(std::vector<std::string>& names) const {
+    return std::ranges::all_of(scope_.keys,
+                               [&](const GroupKey& key) { return addOutput(names, key.valueSql); });
+  }
+
+  bool addSourceKeys(std::vector<std::string>& names) const {
+    for (const auto& [source, ignored] : decidingSources(scope_, select_.from, select_.where)) {
+      const std::vector<std::string>* key = rowKey(*source);
+      if (key == nullptr) return false;
+      for (const SourceColumn& column : source->columns) {
+        if (std::ranges::find(*key, column.name) != key->end() &&
+            !addOutput(names, source->columnSql(column)))
+          return false;
+      }
     }
-    return names;
+    return true;
+  }
+
+  /// Adds the column of the result that has this value.
+  bool addOutput(std::vector<std::string>& names, const std::string& sql) const {
+    const auto output = std::ranges::find_if(
+        result_.outputs, [&](const OutputValue& one) { return one.value.sql == sql; });
+    if (output == result_.outputs.end()) return false;
+    names.push_back(output->name);
+    return true;
   }
 
   QueryScope& scope_;

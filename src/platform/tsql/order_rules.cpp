@@ -12,12 +12,6 @@ std::string ascending(const std::string& sql) {
   return sql + " ASC NULLS FIRST";
 }
 
-void addColumns(std::vector<std::string>& terms, const Source& source) {
-  for (const SourceColumn& column : source.columns) {
-    terms.push_back(orderTerm(computed(source.columnSql(column), column.type), false));
-  }
-}
-
 }  // namespace
 
 std::string orderTerm(const Bound& value, bool descending) {
@@ -29,11 +23,10 @@ std::vector<std::string> naturalOrder(const QueryScope& scope,
                                       const std::vector<TableSourcePtr>& from,
                                       const ExpressionPtr& where) {
   std::vector<std::string> terms;
-  for (const Source* source : decidingSources(scope, from, where)) {
-    if (source->table != nullptr)
-      terms.push_back(ascending(source->engine + ".rowid"));
-    else
-      addColumns(terms, *source);
+  for (const auto& [source, columns] : decidingSources(scope, from, where)) {
+    if (source->table != nullptr) terms.push_back(ascending(source->engine + ".rowid"));
+    for (const SourceColumn* column : columns)
+      terms.push_back(orderTerm(computed(source->columnSql(*column), column->type), false));
   }
   return terms;
 }

@@ -13,8 +13,8 @@ namespace velmora::tsql {
 /// rows in the same order:
 /// - grouped: by the keys; with rollup each group's rows, then its subtotal;
 /// - otherwise by the row numbers of the stored tables in the order of FROM, then by the
-///   columns of its derived tables; those whose rows follow from the ones before are left
-///   out.
+///   columns of its derived tables or, where known, their keys; what follows from the rows
+///   before is left out.
 std::vector<std::string> naturalOrder(const QueryScope& scope,
                                       const std::vector<TableSourcePtr>& from,
                                       const ExpressionPtr& where);

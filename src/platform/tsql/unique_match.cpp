@@ -91,15 +91,18 @@ class EqualitySearch {
 
 using Sources = std::set<const Source*>;
 
+bool isFixed(const Source& source, const std::string& column,
+             const std::vector<Equality>& equalities, const Sources& known) {
+  return std::ranges::any_of(equalities, [&](const Equality& equality) {
+    return equality.fixed == &source && sameName(equality.column, column) &&
+           (equality.by == nullptr || known.contains(equality.by));
+  });
+}
+
 bool isFixed(const Source& source, const std::vector<Equality>& equalities, const Sources& known) {
-  const auto columnIsFixed = [&](const std::string& column) {
-    return std::ranges::any_of(equalities, [&](const Equality& equality) {
-      return equality.fixed == &source && sameName(equality.column, column) &&
-             (equality.by == nullptr || known.contains(equality.by));
-    });
-  };
   return std::ranges::any_of(source.uniqueKeys, [&](const std::vector<std::string>& key) {
-    return std::ranges::all_of(key, columnIsFixed);
+    return std::ranges::all_of(
+        key, [&](const std::string& column) { return isFixed(source, column, equalities, known); });
   });
 }
 
@@ -124,6 +127,23 @@ std::vector<Equality> equalitiesOf(const QueryScope& scope, const std::vector<Ta
   return search.found();
 }
 
+bool isPartOf(const std::vector<std::string>& key, const SourceColumn& column) {
+  return std::ranges::any_of(key,
+                             [&](const std::string& name) { return sameName(name, column.name); });
+}
+
+std::vector<const SourceColumn*> decidingColumns(const Source& source,
+                                                 const std::vector<Equality>& equalities,
+                                                 const Sources& known) {
+  const std::vector<std::string>* key = rowKey(source);
+  std::vector<const SourceColumn*> columns;
+  for (const SourceColumn& column : source.columns) {
+    if (key != nullptr && !isPartOf(*key, column)) continue;
+    if (!isFixed(source, column.name, equalities, known)) columns.push_back(&column);
+  }
+  return columns;
+}
+
 }  // namespace
 
 bool meetsOnce(const QueryScope& scope, const Source& target,
@@ -133,20 +153,30 @@ bool meetsOnce(const QueryScope& scope, const Source& target,
   return known.size() == scope.sources.size();
 }
 
-std::vector<const Source*> decidingSources(const QueryScope& scope,
-                                           const std::vector<TableSourcePtr>& from,
-                                           const ExpressionPtr& where) {
+std::vector<DecidingSource> decidingSources(const QueryScope& scope,
+                                            const std::vector<TableSourcePtr>& from,
+                                            const ExpressionPtr& where) {
   const auto equalities = equalitiesOf(scope, from, where);
   Sources known;
-  std::vector<const Source*> deciding;
+  std::vector<DecidingSource> deciding;
   for (const bool stored : {true, false}) {
     for (const Source& source : scope.sources) {
       if ((source.table != nullptr) != stored) continue;
       addFixed(scope, equalities, known);
-      if (known.insert(&source).second) deciding.push_back(&source);
+      if (known.contains(&source)) continue;
+      deciding.push_back({&source, {}});
+      if (!stored) deciding.back().columns = decidingColumns(source, equalities, known);
+      known.insert(&source);
     }
   }
   return deciding;
+}
+
+const std::vector<std::string>* rowKey(const Source& source) {
+  // A unique index lets several rows without a value stand beside each other.
+  const bool keyed =
+      source.table == nullptr ? !source.uniqueKeys.empty() : !source.table->primaryKey.empty();
+  return keyed ? &source.uniqueKeys.front() : nullptr;
 }
 
 }  // namespace velmora::tsql

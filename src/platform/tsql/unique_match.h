@@ -15,10 +15,21 @@ namespace velmora::tsql {
 bool meetsOnce(const QueryScope& scope, const Source& target,
                const std::vector<TableSourcePtr>& from, const ExpressionPtr& where);
 
+/// A source and, of one that is no stored table, the columns that tell its rows apart
+/// where the sources before it have one row each.
+struct DecidingSource {
+  const Source* source;
+  std::vector<const SourceColumn*> columns;
+};
+
 /// The sources, stored tables first, without those of which the ones before leave at most
 /// one row.
-std::vector<const Source*> decidingSources(const QueryScope& scope,
-                                           const std::vector<TableSourcePtr>& from,
-                                           const ExpressionPtr& where);
+std::vector<DecidingSource> decidingSources(const QueryScope& scope,
+                                            const std::vector<TableSourcePtr>& from,
+                                            const ExpressionPtr& where);
+
+/// The columns that tell all rows of a source apart, those with NULL too; nullptr when
+/// none are known.
+const std::vector<std::string>* rowKey(const Source& source);
 
 }  // namespace velmora::tsql

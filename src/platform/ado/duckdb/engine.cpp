@@ -37,22 +37,11 @@ Session::Session(duckdb_database database) {
 }
 
 Result Session::run(const std::string& sql) {
-  duckdb_prepared_statement handle = nullptr;
-  const auto prepared = duckdb_prepare(connection_, sql.c_str(), &handle);
-  const PreparedStatement statement(handle);
-  if (prepared != DuckDBSuccess) throwEngineError(duckdb_prepare_error(handle));
   duckdb_result raw{};
-  const auto executed = duckdb_execute_prepared(handle, &raw);
+  const auto executed = duckdb_query(connection_, sql.c_str(), &raw);
   Result result(raw);
   if (executed != DuckDBSuccess) throwEngineError(duckdb_result_error(&raw));
   return result;
-}
-
-void Session::runScript(const std::string& sql) {
-  duckdb_result raw{};
-  const auto executed = duckdb_query(connection_, sql.c_str(), &raw);
-  const Result result(raw);
-  if (executed != DuckDBSuccess) throwEngineError(duckdb_result_error(&raw));
 }
 
 void Session::rollback() noexcept {

@@ -17,9 +17,6 @@ struct HandleDeleter {
   void operator()(duckdb_data_chunk chunk) const noexcept { duckdb_destroy_data_chunk(&chunk); }
   void operator()(duckdb_logical_type type) const noexcept { duckdb_destroy_logical_type(&type); }
   void operator()(duckdb_config config) const noexcept { duckdb_destroy_config(&config); }
-  void operator()(duckdb_prepared_statement statement) const noexcept {
-    duckdb_destroy_prepare(&statement);
-  }
   void operator()(duckdb_scalar_function function) const noexcept {
     duckdb_destroy_scalar_function(&function);
   }
@@ -30,7 +27,6 @@ using Owned = std::unique_ptr<std::remove_pointer_t<Handle>, HandleDeleter>;
 using Chunk = Owned<duckdb_data_chunk>;
 using LogicalType = Owned<duckdb_logical_type>;
 using Config = Owned<duckdb_config>;
-using PreparedStatement = Owned<duckdb_prepared_statement>;
 using ScalarFunction = Owned<duckdb_scalar_function>;
 
 /// A statement's whole answer.
@@ -70,8 +66,6 @@ class Session {
   duckdb_connection handle() const noexcept { return connection_; }
   /// Runs one statement.
   Result run(const std::string& sql);
-  /// Runs any number of statements for their effect.
-  void runScript(const std::string& sql);
   /// Ends the open transaction; nothing happens when the engine has ended it already.
   void rollback() noexcept;
 

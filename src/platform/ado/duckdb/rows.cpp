@@ -103,9 +103,13 @@ void fillIntegers(const Slice& slice, const Column& column) {
   }
 }
 
+/// Neighbours that are the same text share it: document types, currencies, explanations.
 void fillTexts(const Slice& slice) {
-  slice.fill<duckdb_string_t>([](duckdb_string_t raw) {
-    return Variant(std::string_view(duckdb_string_t_data(&raw), duckdb_string_t_length(raw)));
+  Variant above;
+  slice.fill<duckdb_string_t>([&](duckdb_string_t raw) {
+    const std::string_view text(duckdb_string_t_data(&raw), duckdb_string_t_length(raw));
+    if (!above.isString() || above.text() != text) above = Variant(text);
+    return above;
   });
 }
 
