@@ -1,9 +1,18 @@
--- The detail period check of receivables, 2009-03, all currencies together.
-create or replace temp table AmtDetail as
-select cast(row_number() over (order by t1.FNumber, t10.FNumber) as int) as FID,
-       2009 as FYear, 3 as FPeriod, 0 as FCurrencyID, t1.FAccountID as FAcctID,
-       t10.FItemID as FItemClassID, t1.FNumber as FAcctNumber, t10.FNumber as FItemClassNumber,
-       {amounts}
+-- The four steps of the detail period check of receivables, 2009-03, all currencies together:
+-- two work tables, the amounts of receivables, those of the ledger, and the rows to show.
+create or replace temp table AmtCheck (
+    FID int, FYear int, FPeriod int, FCurrencyID int, FCurrencyName varchar, FAcctID int,
+    FAcctNumber varchar, FAcctName varchar, FItemClassID int, FItemClassNumber varchar,
+    FItemClassName varchar, FAmountDecimal int, {columns}, FSort int, FSumSort int);
+
+create or replace temp table AmtDetail (
+    FID int, FYear int, FPeriod int, FCurrencyID int, FAcctID int, FAcctNumber varchar,
+    FItemClassID int, FItemClassNumber varchar, FClassTypeID int, FBillID int, FType int,
+    FDC int, {columns});
+
+insert into AmtDetail
+select row_number() over (order by t1.FNumber, t10.FNumber), 2009, 3, 0, t1.FAccountID,
+       t1.FNumber, t10.FItemID, t10.FNumber, 0, 0, 0, 0, {zeros}
 from t_Account t1, t_Item t10
 where t1.FAccountID in (1122, 1221, 2203) and t10.FItemClassID = 1 and t10.FDetail;
 
@@ -53,10 +62,9 @@ set FDiffAmountFor = FGLAmountFor - FArpAmountFor, FDiffAmount = FGLAmount - FAr
     FDiffCreditAmountFor = FGLCreditAmountFor - FArpCreditAmountFor,
     FDiffCreditAmount = FGLCreditAmount - FArpCreditAmount;
 
-create or replace temp table AmtCheck as
-select cast(row_number() over (order by FAcctNumber, FItemClassNumber, FSumSort) as int) as FID, *,
-       0 as FCurrencyID, 0 as FAcctID, '' as FAcctName, 0 as FItemClassID, '' as FItemClassName,
-       2 as FAmountDecimal, '' as FCurrencyName
+insert into AmtCheck
+select row_number() over (order by FAcctNumber, FItemClassNumber, FSumSort), FYear, FPeriod, 0,
+       '', 0, FAcctNumber, '', 0, FItemClassNumber, '', 2, {amounts}, 0, FSumSort
 from (select FYear, FPeriod, FAcctNumber, FItemClassNumber, {sums}, 0 as FSumSort
       from AmtDetail group by FYear, FPeriod, FAcctNumber, FItemClassNumber
       union
@@ -76,5 +84,3 @@ from (select v1.FID, t1.FAccountID, t1.FName as AccountName, t10.FItemID, t10.FN
       left join t_Item t10 on v1.FItemClassNumber = t10.FNumber and t10.FItemClassID = 1
       left join t_Currency t9 on t9.FCurrencyID = 1) u1
 where v1.FID = u1.FID;
-
-select * from AmtCheck order by FYear, FPeriod, FAcctNumber, FSumSort, FItemClassNumber;

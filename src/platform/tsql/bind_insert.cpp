@@ -141,15 +141,31 @@ class InsertBinder {
     const BoundQuery bound = bindQuery(context_, nullptr, query);
     const auto& columns = columnsOf(bound);
     checkCount(columns.size(), query.body.position);
+    const std::vector<SqlType> types = typesToSort(bound);
     std::vector<std::string> places;
     for (std::size_t i = 0; i < columns.size(); ++i) {
       places.push_back(quoteName("c" + std::to_string(i + 1)));
     }
     const auto value = [&](std::size_t i) {
-      return stored(computed("q." + places[i], columns[i].type), *targets_[i], query.body.position);
+      return stored(computed("q." + places[i], types[i]), *targets_[i], query.body.position);
     };
     return "SELECT " + row(value, identityNumber()) + " FROM (" +
-           orderedQueryText(context_, bound) + ") AS q(" + join(places, ", ") + ")";
+           orderedQueryText(context_, bound, types) + ") AS q(" + join(places, ", ") + ")";
+  }
+
+  /// The types of the rows before they are put in order. Amounts have their columns' width
+  /// there already: behind the sort the engine works on one thread.
+  std::vector<SqlType> typesToSort(const BoundQuery& bound) const {
+    const auto* select = std::get_if<BoundSelect>(&bound.body.node);
+    const bool cut = select != nullptr && select->top;  // what is cut off may be too wide
+    std::vector<SqlType> types;
+    for (const OutputColumn& column : columnsOf(bound)) {
+      const SqlType& target = targets_[types.size()]->type;
+      const bool sameScale =
+          target.isDecimal() && column.type.isDecimal() && target.scale == column.type.scale;
+      types.push_back(sameScale && !cut ? target : column.type);
+    }
+    return types;
   }
 
   Context& context_;

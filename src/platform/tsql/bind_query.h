@@ -80,8 +80,10 @@ const std::vector<OutputColumn>& columnsOf(const BoundQuery& query);
 
 /// The query as DuckDB SQL, column n of type types[n]; in any order unless TOP needs one.
 std::string queryText(Context& context, const BoundQuery& query, const std::vector<SqlType>& types);
-/// The same with the columns' own types, rows in the order of ORDER BY or else the
-/// natural one.
+/// The same, rows in the order of ORDER BY or else the natural one.
+std::string orderedQueryText(Context& context, const BoundQuery& query,
+                             const std::vector<SqlType>& types);
+/// With the columns' own types.
 std::string orderedQueryText(Context& context, const BoundQuery& query);
 /// With the columns' own types, in any order: what a derived table is.
 std::string derivedText(Context& context, const BoundQuery& query);

@@ -102,7 +102,8 @@ std::string now() {
 
 std::string fitted(std::string_view text, std::int64_t size, std::string_view column) {
   return filled(
-      "CASE WHEN length($1) <= $2 THEN $1 WHEN length(rtrim($1)) <= $2 THEN left($1, $2)"
+      "CASE WHEN strlen($1) <= $2 OR length($1) <= $2 THEN $1 WHEN length(rtrim($1, ' ')) <= $2 "
+      "THEN left($1, $2)"
       " WHEN $1 IS NOT NULL THEN error('8152: String or binary data would be truncated: ' || $3 ||"
       " ' takes $2 characters, not ''' || $1 || '''.') END",
       {text, std::to_string(size), quoteText(column)});

@@ -32,11 +32,19 @@ Bound upper(const Call& call) {
 Bound lower(const Call& call) {
   return sameLength(call, "lower");
 }
+/// The same without the blanks at one end; other white space stays.
+Bound trimmed(const Call& call, std::string_view name) {
+  const Bound text = call.text(0);
+  std::string sql(name);
+  return computed(sql.append("(").append(text.sql).append(", ' ')"), resultText(text.type),
+                  text.canFail);
+}
+
 Bound ltrim(const Call& call) {
-  return sameLength(call, "ltrim");
+  return trimmed(call, "ltrim");
 }
 Bound rtrim(const Call& call) {
-  return sameLength(call, "rtrim");
+  return trimmed(call, "rtrim");
 }
 Bound reverse(const Call& call) {
   return sameLength(call, "reverse");
@@ -45,7 +53,7 @@ Bound reverse(const Call& call) {
 /// Characters without trailing blanks.
 Bound len(const Call& call) {
   const Bound text = call.text(0);
-  return computed("CAST(length(rtrim(" + text.sql + ")) AS INTEGER)", SqlType::integer(),
+  return computed("CAST(length(rtrim(" + text.sql + ", ' ')) AS INTEGER)", SqlType::integer(),
                   text.canFail);
 }
 

@@ -132,12 +132,18 @@ std::string reordered(const std::string& rows, const std::vector<OutputColumn>& 
 std::string sortedDistinct(const std::string& rows, const DistinctColumns& distinct,
                            const std::vector<OrderTerm>& orderBy,
                            const std::optional<std::int64_t>& top) {
-  std::vector<std::string> terms;
+  std::vector<std::string> terms, amounts;
   for (const auto& [place, descending] : placeOrder(orderBy, distinct.types.size())) {
     if (!distinct.isKey(place)) continue;
     const std::string key = "q." + (distinct.isTextKey(place) ? keyName(place) : placeName(place));
-    terms.push_back(key + (descending ? " DESC NULLS LAST" : " ASC NULLS FIRST"));
+    if (terms.size() >= orderBy.size() && distinct.types[place].isDecimal())
+      amounts.push_back(key);
+    else
+      terms.push_back(key + (descending ? " DESC NULLS LAST" : " ASC NULLS FIRST"));
   }
+  // Rows alike but for their amounts come in some order, the same each time: sorting by
+  // dozens of amounts would take longer than all the rest.
+  if (!amounts.empty()) terms.push_back("hash(" + join(amounts, ", ") + ")");
   return reordered("(" + withoutDuplicates(rows, distinct, true) + ") AS q", distinct.columns,
                    terms, top);
 }
@@ -199,16 +205,23 @@ std::vector<std::string> fixedColumns(Context& context, const BoundUnion& united
   return found == types.size() ? noneFixed(types) : fixed;
 }
 
+bool isGrouped(const BoundBody& body) {
+  const auto* select = std::get_if<BoundSelect>(&body.node);
+  return select != nullptr && select->grouped;
+}
+
 std::string unionText(Context& context, const BoundBody& body, const BoundUnion& united,
                       const Types& types, const std::vector<OrderTerm>& orderBy, RowOrder order) {
   // An order of the whole makes one of the branches pointless; so does a sorted union.
   const bool allDistinct = united.distinctBranches == united.branches.size();
   const bool sorted = order == RowOrder::wanted && (allDistinct || !orderBy.empty());
+  // The engine runs many branches faster when it drops equal rows from one to the next; of
+  // groups there are seldom any to drop.
+  const bool repeats = !std::ranges::all_of(united.branches, isGrouped);
   std::string rows;
   for (std::size_t i = 0; i < united.branches.size(); ++i) {
     const bool merged = i < united.distinctBranches;
-    // The engine runs many branches faster when it drops equal rows from one to the next.
-    if (i > 0) rows += merged ? " UNION " : " UNION ALL ";
+    if (i > 0) rows += merged && repeats ? " UNION " : " UNION ALL ";
     rows +=
         branchText(context, united.branches[i], types, sorted || merged ? RowOrder::any : order);
     if (i + 1 != united.distinctBranches) continue;
@@ -253,9 +266,13 @@ std::string queryText(Context& context, const BoundQuery& query,
   return query.with + bodyText(context, query.body, types, query.orderBy, RowOrder::any);
 }
 
+std::string orderedQueryText(Context& context, const BoundQuery& query,
+                             const std::vector<SqlType>& types) {
+  return query.with + bodyText(context, query.body, types, query.orderBy, RowOrder::wanted);
+}
+
 std::string orderedQueryText(Context& context, const BoundQuery& query) {
-  return query.with +
-         bodyText(context, query.body, ownTypes(query), query.orderBy, RowOrder::wanted);
+  return orderedQueryText(context, query, ownTypes(query));
 }
 
 std::string derivedText(Context& context, const BoundQuery& query) {

@@ -1,5 +1,6 @@
 #include "platform/ado/duckdb/rows.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 
@@ -40,10 +41,10 @@ Column describe(const Result& result, std::size_t index, const SqlType& type) {
   return column;
 }
 
-/// One column of one chunk: where its values are and where the cells go.
+/// Some rows of one column of a chunk: where their values are and where the cells go.
 struct Slice {
   duckdb_vector vector;
-  std::size_t rows;
+  std::size_t first, rows;
   Variant* cells;
   std::size_t stride;
 
@@ -52,9 +53,9 @@ struct Slice {
   void fill(Read read) const {
     const auto* values = static_cast<const Raw*>(duckdb_vector_get_data(vector));
     auto* validity = duckdb_vector_get_validity(vector);
-    for (std::size_t row = 0; row < rows; ++row) {
+    for (std::size_t row = first; row < first + rows; ++row) {
       const bool valid = !validity || (validity[row / 64] >> (row % 64) & 1);
-      cells[row * stride] = valid ? read(values[row]) : Variant(Null{});
+      cells[(row - first) * stride] = valid ? read(values[row]) : Variant(Null{});
     }
   }
 };
@@ -183,6 +184,23 @@ void fillColumn(const Slice& slice, const Column& column) {
   fillNumbers(slice, column);
 }
 
+/// In steps of so many rows that their cells stay close at hand while one column after the
+/// other is filled in.
+void appendChunk(duckdb_data_chunk chunk, const std::vector<Column>& columns,
+                 std::vector<Variant>& cells) {
+  constexpr std::size_t kStep = 32;
+  const std::size_t rows = duckdb_data_chunk_get_size(chunk);
+  for (std::size_t first = 0; first < rows; first += kStep) {
+    const std::size_t count = std::min(kStep, rows - first);
+    const std::size_t filled = cells.size();
+    cells.resize(filled + count * columns.size());
+    for (std::size_t i = 0; i < columns.size(); ++i)
+      fillColumn({duckdb_data_chunk_get_vector(chunk, i), first, count, &cells[filled + i],
+                  columns.size()},
+                 columns[i]);
+  }
+}
+
 }  // namespace
 
 std::vector<Variant> readCells(Result& result, std::span<const SqlType> types) {
@@ -191,15 +209,9 @@ std::vector<Variant> readCells(Result& result, std::span<const SqlType> types) {
                std::to_string(types.size()) + " were expected.");
   std::vector<Column> columns;
   for (std::size_t i = 0; i < types.size(); ++i) columns.push_back(describe(result, i, types[i]));
-  std::vector<Variant> cells(result.rowCount() * columns.size());
-  Variant* next = cells.data();
-  while (const auto chunk = result.next()) {
-    const std::size_t rows = duckdb_data_chunk_get_size(chunk.get());
-    for (std::size_t i = 0; i < columns.size(); ++i)
-      fillColumn({duckdb_data_chunk_get_vector(chunk.get(), i), rows, next + i, columns.size()},
-                 columns[i]);
-    next += rows * columns.size();
-  }
+  std::vector<Variant> cells;
+  cells.reserve(result.rowCount() * columns.size());
+  while (const auto chunk = result.next()) appendChunk(chunk.get(), columns, cells);
   return cells;
 }
 
