@@ -1,12 +1,11 @@
 // Settlement against its plain telling, and what has to hold whatever is settled.
 
-#include <cstdlib>
 #include <gtest/gtest.h>
-#include <iostream>
 #include <random>
 
 #include "documents.h"
 #include "plain_settlement.h"
+#include "printed_seed.h"
 #include "sanitized.h"
 #include "settlement/amount_settlement.h"
 
@@ -15,14 +14,6 @@ namespace {
 
 using collections::Dictionary;
 using collections::Vector;
-
-/// Of VELMORA_SEED where it is set, to repeat a run.
-std::uint64_t printedSeed() {
-  const char* given = std::getenv("VELMORA_SEED");
-  const std::uint64_t seed = given ? std::strtoull(given, nullptr, 10) : std::random_device()();
-  std::cout << "VELMORA_SEED=" << seed << '\n';
-  return seed;
-}
 
 struct Case {
   int amountMode = 0;

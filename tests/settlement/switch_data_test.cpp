@@ -1,8 +1,11 @@
 // The switch-data operations: what the rows of a new document receive.
 
 #include <gmock/gmock.h>
+#include <random>
 
 #include "frame/classes.h"
+#include "printed_seed.h"
+#include "sanitized.h"
 #include "velmora/com/class_table.h"
 #include "velmora/com/error.h"
 #include "velmora/public.h"
@@ -60,7 +63,7 @@ class SwitchData : public testing::Test {
       vectorRows_->Add(dictionary(entries));
     }
   }
-  static DictionaryRef distribution(int amount) {
+  static DictionaryRef distribution(const Variant& amount) {
     return dictionary({{"FType", 0},
                        {"FAmount", amount},
                        {"FFieldName", "FAmount"},
@@ -131,6 +134,44 @@ TEST_F(SwitchData, DistributesInOrderUpToTheCheckAmount) {
     EXPECT_EQ(column("FAmount"), given.received);
     EXPECT_EQ(option->Value("FAmount").toText(), given.left);
     EXPECT_EQ(rows_->AbsolutePosition(), given.checks.empty() ? -1 : 1);
+  }
+}
+
+/// Whatever the rows take, and however: with what is left it is the amount given, and no
+/// row takes more than it may, but for the last one where it may take the rest.
+TEST_F(SwitchData, DistributesAllOrLeavesTheRest) {
+  std::mt19937_64 random(printedSeed());
+  const auto below = [&](int limit) {
+    return static_cast<int>(random() % static_cast<std::uint64_t>(limit));
+  };
+  const auto amount = [&] { return Decimal::fromCoefficient(below(40'001) - 20'000, below(5)); };
+  for (int i = 0; i < (kSanitized ? 300 : 3'000) && !HasFailure(); ++i) {
+    std::vector<std::string> checks(static_cast<std::size_t>(below(7)));
+    for (auto& check : checks) check = (below(6) == 0 ? Decimal(0) : amount()).toString();
+    setChecks(checks);
+    const Decimal given = below(10) == 0 ? Decimal(0) : amount();
+    const auto option = distribution(given);
+    const int way = below(6);
+    const bool extended = way >= 2 && way < 5, second = way == 4, over = way == 3;
+    if (second) option->Set("FChkFieldName2", "FUsed");
+    if (way < 2)
+      EXPECT_EQ(fill({option}, dictionary({{"bSwitchRobEntry", way == 1}})), "");
+    else if (extended)
+      EXPECT_EQ(fillExt({option}, dictionary({{"bCanOverAmt", over}})), "");
+    else
+      EXPECT_EQ(fillVector({option}), "");
+
+    const auto received = way == 5 ? vectorColumn("FAmount") : column("FAmount");
+    Decimal sum = option->Value("FAmount").toDecimal();
+    for (std::size_t row = 0; row < received.size(); ++row) {
+      const Decimal taken = Decimal::parse(received[row]);
+      sum = sum + taken;
+      if (over && row + 1 == received.size()) continue;
+      EXPECT_LE(taken.abs(), (Decimal::parse(checks[row]) - Decimal(second ? 5 : 0)).abs());
+    }
+    EXPECT_EQ(sum, given) << "case " << i + 1 << ", way " << way << ": "
+                          << testing::PrintToString(checks) << " received "
+                          << testing::PrintToString(received);
   }
 }
 
