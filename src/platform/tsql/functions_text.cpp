@@ -18,13 +18,16 @@ SqlType resultText(const SqlType& type) {
   return resultText(type, type.length);
 }
 
-/// `name(text)` of the same length at most.
-Bound sameLength(const Call& call, std::string_view name) {
+/// `name(text, more)` of the same length at most.
+Bound sameLength(const Call& call, std::string_view name, std::string_view more = {}) {
   const Bound text = call.text(0);
   std::string sql(name);
-  return computed(sql.append("(").append(text.sql).append(")"), resultText(text.type),
+  return computed(sql.append("(").append(text.sql).append(more).append(")"), resultText(text.type),
                   text.canFail);
 }
+
+// What goes at an end are blanks; other white space stays.
+constexpr std::string_view kBlanks = ", ' '";
 
 Bound upper(const Call& call) {
   return sameLength(call, "upper");
@@ -32,19 +35,11 @@ Bound upper(const Call& call) {
 Bound lower(const Call& call) {
   return sameLength(call, "lower");
 }
-/// The same without the blanks at one end; other white space stays.
-Bound trimmed(const Call& call, std::string_view name) {
-  const Bound text = call.text(0);
-  std::string sql(name);
-  return computed(sql.append("(").append(text.sql).append(", ' ')"), resultText(text.type),
-                  text.canFail);
-}
-
 Bound ltrim(const Call& call) {
-  return trimmed(call, "ltrim");
+  return sameLength(call, "ltrim", kBlanks);
 }
 Bound rtrim(const Call& call) {
-  return trimmed(call, "rtrim");
+  return sameLength(call, "rtrim", kBlanks);
 }
 Bound reverse(const Call& call) {
   return sameLength(call, "reverse");

@@ -128,21 +128,24 @@ std::string reordered(const std::string& rows, const std::vector<OutputColumn>& 
   return "SELECT " + join(values, ", ") + " FROM " + rows + orderClause(terms) + limitClause(top);
 }
 
+// Of more amounts than these only a hash decides between rows that are alike in all else:
+// to sort by dozens of them would take longer than all the rest.
+constexpr int kSortedAmounts = 4;
+
 /// The rows without duplicates in their order; each text's key is made once for both.
 std::string sortedDistinct(const std::string& rows, const DistinctColumns& distinct,
                            const std::vector<OrderTerm>& orderBy,
                            const std::optional<std::int64_t>& top) {
+  const bool hashed = std::ranges::count_if(distinct.types, &SqlType::isDecimal) > kSortedAmounts;
   std::vector<std::string> terms, amounts;
   for (const auto& [place, descending] : placeOrder(orderBy, distinct.types.size())) {
     if (!distinct.isKey(place)) continue;
     const std::string key = "q." + (distinct.isTextKey(place) ? keyName(place) : placeName(place));
-    if (terms.size() >= orderBy.size() && distinct.types[place].isDecimal())
+    if (hashed && orderBy.empty() && distinct.types[place].isDecimal())
       amounts.push_back(key);
     else
       terms.push_back(key + (descending ? " DESC NULLS LAST" : " ASC NULLS FIRST"));
   }
-  // Rows alike but for their amounts come in some order, the same each time: sorting by
-  // dozens of amounts would take longer than all the rest.
   if (!amounts.empty()) terms.push_back("hash(" + join(amounts, ", ") + ")");
   return reordered("(" + withoutDuplicates(rows, distinct, true) + ") AS q", distinct.columns,
                    terms, top);
