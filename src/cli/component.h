@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "cli/failure.h"
+#include "velmora/com/class_table.h"
 #include "velmora/com/error.h"
 
 namespace velmora::cli {
@@ -12,6 +14,15 @@ std::string componentLibrary();
 
 /// Makes the component's classes available to this process, whatever is registered.
 void activateComponent();
+
+/// A new object of the component's class `Interface`. Raises Failure when another class
+/// goes by its name.
+template <class Interface>
+com::Ref<Interface> componentObject() {
+  auto object = com::CreateObject(Interface::kProgId).template as<Interface>();
+  if (!object) throw Failure(std::string(Interface::kProgId) + " is another program's class");
+  return object;
+}
 
 /// Raises Failure that tells why `operation` answered that it failed.
 [[noreturn]] void failFromErrorInfo(const std::string& operation);

@@ -6,6 +6,7 @@ namespace {
 
 /// The item's account column by document class type. Advances have a column of their
 /// own on the side that the item belongs to.
+// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): the table reads in this order
 struct AccountColumn {
   std::int32_t classTypeId;
   const char* column;

@@ -41,6 +41,7 @@ class Date {
   /// ".ffffff" (trailing zeros cut) when there is a fraction of a second.
   std::string toString() const;
 
+  // NOLINTNEXTLINE(modernize-use-nullptr): there is no pointer in <=>
   friend constexpr auto operator<=>(const Date&, const Date&) = default;
 
  private:

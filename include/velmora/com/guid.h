@@ -13,6 +13,7 @@ namespace velmora::com {
 struct Guid {
   std::array<std::uint8_t, 16> bytes{};
 
+  // NOLINTNEXTLINE(modernize-use-nullptr): there is no pointer in <=>
   friend constexpr auto operator<=>(const Guid&, const Guid&) = default;
 
   /// Parses the text form, letter case ignored. Throws std::invalid_argument

@@ -174,9 +174,7 @@ void appendRow(ado::Recordset& recordset, const std::vector<Column>& columns, co
       error.within(columns[i].name);
       throw;
     } catch (const com::Error& error) {
-      JsonError refused(error.description());
-      refused.within(columns[i].name);
-      throw refused;
+      throw JsonError(error.description(), columns[i].name);
     }
   }
   recordset.Update();

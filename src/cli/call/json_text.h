@@ -14,6 +14,9 @@ using Json = nlohmann::ordered_json;
 class JsonError : public std::exception {
  public:
   explicit JsonError(std::string message) : message_(std::move(message)) {}
+  JsonError(std::string message, std::string_view place) : JsonError(std::move(message)) {
+    within(place);
+  }
   /// Adds the outer place in front: within("rows[2]") of "FAmount: ..." gives
   /// "rows[2].FAmount: ...".
   void within(std::string_view place);

@@ -19,7 +19,7 @@ using collections::Vector;
 using ChecksRef = com::Ref<_clsInitBalCheck>;
 
 ChecksRef createChecks() {
-  return com::CreateObject(_clsInitBalCheck::kProgId).as<_clsInitBalCheck>();
+  return componentObject<_clsInitBalCheck>();
 }
 
 /// What the closing check calls before each of its checks.
@@ -73,7 +73,7 @@ DictionaryRef voucherFilter(const ClosingOptions& options) {
 
 com::Ref<Vector> checkItems(_clsInitBalCheck& checks, const Session& session,
                             const DictionaryRef& filter) {
-  const auto items = checks.GetCheckItemDict(session.dsn(), filter).as<Vector>();
+  auto items = checks.GetCheckItemDict(session.dsn(), filter).as<Vector>();
   if (!items) failFromErrorInfo("the list of closing checks");
   return items;
 }

@@ -21,7 +21,7 @@ int defaultAccount(const Options& options, Streams& streams) {
   activateComponent();
   const Session session(options.accountSet);
   requireAccountSet(session.connection());
-  const auto object = com::CreateObject(_clsPublic::kProgId).as<_clsPublic>();
+  const auto object = componentObject<_clsPublic>();
   const auto account =
       object->GetDefaultAcctID(session.dsn(), options.itemClass, options.item, options.classType);
   if (com::GetErrorInfo()) failFromErrorInfo("the default account");

@@ -16,7 +16,7 @@ int finDate(const AccountSetOptions& options, Streams& streams) {
   activateComponent();
   const Session session(options);
   requireAccountSet(session.connection());
-  const auto object = com::CreateObject(_clsPublic::kProgId).as<_clsPublic>();
+  const auto object = componentObject<_clsPublic>();
   const auto date = object->GetCurFincDate(session.dsn(), options.receivables);
   // A date that could not be found out is this machine's, which nobody should post with.
   if (com::GetErrorInfo()) failFromErrorInfo("the financial date");

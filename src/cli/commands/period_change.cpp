@@ -39,7 +39,7 @@ void requireOrder(const char* which, Date start, Date end) {
 }
 
 Answer askComponent(const Options& options, const std::string& dsn) {
-  const auto checks = com::CreateObject(_clsCheck::kProgId).as<_clsCheck>();
+  const auto checks = componentObject<_clsCheck>();
   Answer answer;
   answer.allowed =
       checks->IsCanChangePeriod(dsn, answer.message, options.period.year, options.period.period,

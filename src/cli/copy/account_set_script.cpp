@@ -105,6 +105,7 @@ std::vector<CopiedTable> writeScript(ado::Connection& source, std::ostream& out,
   for (const SetTable& table : tables)
     if (table.ownItemClass) out << ownItemClassSql(table) << "\nGO\n\n";
   std::vector<CopiedTable> written;
+  written.reserve(tables.size());
   for (const SetTable& table : tables) written.push_back(writeRows(source, out, table, options));
   return written;
 }

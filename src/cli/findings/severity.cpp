@@ -5,7 +5,7 @@
 namespace velmora::cli {
 
 std::string seriousErrorText(const std::string& language) {
-  const std::string key = "严重错误";
+  constexpr const char* key = "严重错误";
   if (language == "chs") return key;
   try {
     const auto loader = com::CreateObject("Q8RESLOADER.Loader");

@@ -39,7 +39,7 @@ std::string accountSummary(const CheckReport& report) {
 }  // namespace
 
 CheckReport runInitCheck(const std::string& dsn, bool receivables, const std::string& language) {
-  const auto checks = com::CreateObject(_clsInitBalCheck::kProgId).as<_clsInitBalCheck>();
+  const auto checks = componentObject<_clsInitBalCheck>();
   auto filter = com::make<Dictionary>();
   filter->Set("bArp", receivables);
   com::Ref<com::IUnknown> answer;
@@ -57,7 +57,7 @@ CheckReport runInitCheck(const std::string& dsn, bool receivables, const std::st
 }
 
 CheckReport runAccountCheck(const std::string& dsn, const std::string& language) {
-  const auto checks = com::CreateObject(_clsCheck::kProgId).as<_clsCheck>();
+  const auto checks = componentObject<_clsCheck>();
   CheckReport report;
   report.rows = checks->CheckValidAccount(dsn).as<ado::Recordset>();
   if (!report.rows) failFromErrorInfo("the account check");

@@ -100,7 +100,7 @@ Reconciliation reconcile(const Session& session, const ReconcileOptions& options
   Reconciliation result{completed(connection, options), findCurrency(connection, options.currency),
                         nullptr, nullptr};
   result.filter = filterFor(connection, result.options, result.currency);
-  const auto checks = com::CreateObject(_clsInitBalCheck::kProgId).as<_clsInitBalCheck>();
+  const auto checks = componentObject<_clsInitBalCheck>();
   const auto answer = options.comparison == Comparison::closing
                           ? checks->GetClosingAmtCheck(session.dsn(), result.filter)
                           : checks->GetInitAmtCheck(session.dsn(), result.filter);

@@ -118,7 +118,7 @@ RecordsetRef Distribution::fill(const RecordsetRef& rows) const {
   }
   RecordsetRef filled = withColumns(
       rows, [this](const std::string& name) { return kindOf(name); }, targets);
-  const auto object = com::CreateObject(_clsPublic::kProgId).as<_clsPublic>();
+  const auto object = componentObject<_clsPublic>();
   auto dFilter = com::make<Dictionary>();
   VectorRef givenOptions = options;
   std::string message;

@@ -132,7 +132,7 @@ void SettlementRun::run() {
   }
   rows = com::make<collections::Vector>();
   settledBefore = settledAmounts(*this);
-  const auto object = com::CreateObject(_clsPublic::kProgId).as<_clsPublic>();
+  const auto object = componentObject<_clsPublic>();
   if (!object->AmtSettlement("", source, destination, rows, mode.singleAmount ? 1 : 0,
                              mode.withQuantity ? 1 : 0, dDictSwitch))
     failFromErrorInfo("the settlement");

@@ -322,6 +322,7 @@ std::strong_ordering operator<=>(const Decimal& a, const Decimal& b) {
   if (a.sign() != b.sign()) return a.sign() <=> b.sign();
   const int scale = std::max(a.scale_, b.scale_);
   const auto order = aligned(a, scale) <=> aligned(b, scale);
+  // NOLINTNEXTLINE(modernize-use-nullptr): there is no pointer in <=>
   return a.sign() < 0 ? 0 <=> order : order;
 }
 

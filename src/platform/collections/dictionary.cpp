@@ -21,7 +21,8 @@ const Variant& Dictionary::Value(std::string_view key) const noexcept {
 
 Variant Dictionary::GetValue(std::string_view key, Variant fallback) const {
   const auto position = IndexOf(key);
-  return position ? values_[*position] : std::move(fallback);
+  if (position) return values_[*position];
+  return fallback;
 }
 
 bool Dictionary::Lookup(std::string_view key) const noexcept {

@@ -15,6 +15,7 @@ struct UInt256 {
   uint128 low = 0;
 
   friend constexpr bool operator==(const UInt256&, const UInt256&) = default;
+  // NOLINTNEXTLINE(modernize-use-nullptr): there is no pointer in <=>
   friend constexpr auto operator<=>(const UInt256&, const UInt256&) = default;
 };
 

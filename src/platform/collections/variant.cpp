@@ -46,7 +46,7 @@ constexpr Date kDayZero = Date::fromMicroseconds(-25'569 * std::int64_t{86'400'0
 /// the wrong place would show its password.
 std::string described(const Variant& value) {
   constexpr std::size_t kLongestShown = 30;
-  const std::string type(name(value.type()));
+  std::string type(name(value.type()));
   if (value.type() == VarType::object || value.isEmpty() || value.isNull()) return type;
   if (value.text().size() > kLongestShown) return "a long " + type;
   return type + " '" + value.toText() + "'";

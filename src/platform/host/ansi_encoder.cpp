@@ -31,6 +31,7 @@ std::size_t characterSize(std::string_view text) {
 AnsiEncoder::AnsiEncoder(const std::string& codePage)
     : converter_(iconv_open(iconvName(codePage).c_str(), "UTF-8")) {
   // iconv_open answers (iconv_t)-1 when it fails.
+  // NOLINTNEXTLINE(performance-no-int-to-ptr)
   if (converter_ == reinterpret_cast<iconv_t>(-1))
     throw com::Error(com::error::kInvalidArgument, "Scripting.FileSystemObject",
                      "the code page \"" + codePage +

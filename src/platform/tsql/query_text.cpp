@@ -66,6 +66,7 @@ std::string keyName(std::size_t index) {
 std::vector<std::pair<std::size_t, bool>> placeOrder(const std::vector<OrderTerm>& orderBy,
                                                      std::size_t columns) {
   std::vector<std::pair<std::size_t, bool>> places;
+  places.reserve(orderBy.size() + columns);
   for (const OrderTerm& term : orderBy) places.emplace_back(*term.output, term.descending);
   for (std::size_t i = 0; i < columns; ++i) {
     const bool named =
@@ -233,7 +234,7 @@ std::string unionText(Context& context, const BoundBody& body, const BoundUnion&
     if (sorted && allDistinct) return sortedDistinct(rows, distinct, orderBy, {});
     rows = order == RowOrder::wanted && !sorted ? sortedDistinct(rows, distinct, {}, {})
                                                 : withoutDuplicates(rows, distinct);
-    if (!allDistinct) rows = "(" + rows + ")";
+    if (!allDistinct) rows.insert(0, "(").append(")");
   }
   return sorted ? sortedRows(rows, body.columns, types, orderBy) : rows;
 }

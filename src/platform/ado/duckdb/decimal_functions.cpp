@@ -46,6 +46,7 @@ std::optional<UInt256> product(uint128 left, uint128 right, int dropped) {
 /// when the moved dividend alone is longer than 256 bits: the quotient has more than 38
 /// digits then.
 std::optional<UInt256> ratio(uint128 left, uint128 right, int exponent) {
+  // NOLINTNEXTLINE(clang-analyzer-core.DivideZero): a divisor of zero was refused before
   if (exponent < 0) return UInt256{0, left / powerOfTen(-exponent) / right};
   const int first = std::min(exponent, kMaxDigits);
   const auto dividend = multiply(multiply(left, powerOfTen(first)), powerOfTen(exponent - first));

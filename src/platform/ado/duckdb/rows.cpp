@@ -14,7 +14,6 @@ using collections::Date;
 using collections::Decimal;
 using collections::int128;
 using collections::Null;
-using collections::VarType;
 using tsql::SqlKind;
 using tsql::SqlType;
 

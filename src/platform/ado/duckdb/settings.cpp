@@ -54,9 +54,9 @@ std::string readMemory(const ConnectionString::Property& property) {
     std::int64_t megabytes;    // megabytes in a unit
   };
   static constexpr std::array units{Unit{"kb", 1000, 0}, Unit{"mb", 1, 1}, Unit{"gb", 0, 1000},
-                                    Unit{"tb", 0, 1000 * 1000}};
+                                    Unit{"tb", 0, 1'000'000}};
   constexpr std::int64_t kMaxNumber = 1'000'000'000;
-  const auto text = lowerCased(property.value);
+  auto text = lowerCased(property.value);
   std::string_view rest = text;
   const auto number = takeNumber(rest);
   const auto unit = std::ranges::find(units, rest, &Unit::name);

@@ -59,7 +59,12 @@ std::string toText(std::span<const Diagnostic> diagnostics) {
   std::string text;
   for (const auto& [state, native, message] : diagnostics)
     text.append(text.empty() ? "" : "\n")
-        .append(std::to_string(native) + ": " + message + " (SQLSTATE " + state + ")");
+        .append(std::to_string(native))
+        .append(": ")
+        .append(message)
+        .append(" (SQLSTATE ")
+        .append(state)
+        .append(")");
   return text;
 }
 
