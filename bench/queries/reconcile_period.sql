@@ -1,13 +1,16 @@
 -- The four steps of the detail period check of receivables, 2009-03, all currencies together:
 -- two work tables, the amounts of receivables, those of the ledger, and the rows to show.
+-- Numbers that differ in case are one number, as on the server.
 create or replace temp table AmtCheck (
     FID int, FYear int, FPeriod int, FCurrencyID int, FCurrencyName varchar, FAcctID int,
-    FAcctNumber varchar, FAcctName varchar, FItemClassID int, FItemClassNumber varchar,
+    FAcctNumber varchar collate nocase, FAcctName varchar, FItemClassID int,
+    FItemClassNumber varchar collate nocase,
     FItemClassName varchar, FAmountDecimal int, {columns}, FSort int, FSumSort int);
 
 create or replace temp table AmtDetail (
-    FID int, FYear int, FPeriod int, FCurrencyID int, FAcctID int, FAcctNumber varchar,
-    FItemClassID int, FItemClassNumber varchar, FClassTypeID int, FBillID int, FType int,
+    FID int, FYear int, FPeriod int, FCurrencyID int, FAcctID int,
+    FAcctNumber varchar collate nocase, FItemClassID int,
+    FItemClassNumber varchar collate nocase, FClassTypeID int, FBillID int, FType int,
     FDC int, {columns});
 
 insert into AmtDetail

@@ -122,6 +122,9 @@ TEST_F(AwkwardCopy, GoesThroughAScript) {
   EXPECT_THAT(again.out, AllOf(HasSubstr("N'O''Brien', 9999)"), HasSubstr("'20090301'"),
                                HasSubstr("'2009-03-31T23:59:59.997'"), HasSubstr("0.0000000001")));
   EXPECT_THAT(on(books(), {"script", "--out", script}).err, HasSubstr("exists already; --force"));
+  const auto nowhere = on(books(), {"script", "--out", folder_->file("no/such/books.sql")});
+  EXPECT_EQ(nowhere.status, kFailed);
+  EXPECT_THAT(nowhere.err, HasSubstr("cannot write "));
 }
 
 TEST_F(Copy, LeavesNothingBehindWhenItFails) {

@@ -34,9 +34,13 @@ std::vector<CopiedTable> writeFile(ado::Connection& source, const Options& optio
                                    Streams& streams) {
   NewFile file(options.out, options.force);
   std::ofstream out(file.unfinished(), std::ios::binary);
+  const auto requireWritten = [&] {
+    if (!out) throw Failure("cannot write " + options.out);
+  };
+  requireWritten();
   auto written = write(source, out, streams);
   out.close();
-  if (!out) throw Failure("cannot write " + options.out);
+  requireWritten();
   file.complete();
   return written;
 }

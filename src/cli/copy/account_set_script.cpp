@@ -12,8 +12,8 @@ namespace {
 using collections::Variant;
 using collections::VarType;
 
-// A server takes at most 1,000 rows in one list of values.
-constexpr std::int64_t kRowsAStatement = 500;
+// A server takes at most 1,000 rows in one list of values, and long lists slowly.
+constexpr std::int64_t kRowsAStatement = 200;
 
 std::string textLiteral(std::string_view text) {
   std::string literal = "N'";
