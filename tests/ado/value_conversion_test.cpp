@@ -7,8 +7,6 @@
 namespace velmora::ado {
 namespace {
 
-using collections::VarType;
-
 FieldDefinition column(DataTypeEnum type, std::int64_t size = 0, int precision = 0, int scale = 0) {
   return {"FColumn", type, size, precision, scale, true};
 }

@@ -15,7 +15,6 @@ namespace {
 using collections::Dictionary;
 using collections::DictionaryRef;
 using testing::AllOf;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

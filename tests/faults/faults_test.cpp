@@ -20,7 +20,6 @@ namespace {
 using collections::Date;
 using collections::Dictionary;
 using collections::DictionaryRef;
-using testing::HasSubstr;
 
 ado::ConnectionRef connected(const std::filesystem::path& file, const std::string& mode) {
   auto connection = com::make<ado::Connection>();

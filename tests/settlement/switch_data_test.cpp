@@ -22,7 +22,6 @@ using collections::Vector;
 using collections::VectorRef;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 using Entries = std::vector<std::pair<std::string, Variant>>;
 

@@ -94,7 +94,9 @@ Record readRecord(std::istream& line) {
 }
 
 void readType(Result& result, const std::string& type) {
-  result.type = type == "int" ? SQL_INTEGER : type == "text" ? SQL_WVARCHAR : SQL_DECIMAL;
+  result.type = static_cast<SQLSMALLINT>(type == "int"    ? SQL_INTEGER
+                                         : type == "text" ? SQL_WVARCHAR
+                                                          : SQL_DECIMAL);
   result.size = type == "text" ? 100 : 10;
   if (result.type == SQL_DECIMAL) {
     result.size = std::stoul(type.substr(8));
@@ -308,7 +310,8 @@ SQLRETURN SQLFetch(SQLHSTMT handle) {
     ++statement.row;
     return SQL_SUCCESS;
   }
-  return result.fetchErrors.empty() ? SQL_NO_DATA : statement.fail(result.fetchErrors);
+  if (result.fetchErrors.empty()) return SQL_NO_DATA;
+  return statement.fail(result.fetchErrors);
 }
 
 SQLRETURN SQLGetData(SQLHSTMT handle, SQLUSMALLINT, SQLSMALLINT cType, SQLPOINTER target,
