@@ -106,6 +106,12 @@ TEST_F(Translating, UpdatesInPlaceWhereEachRowMeetsOneOther) {
   EXPECT_THAT(translator.sql("update w set FAmount = 1 from #work w left join t_account a on "
                              "a.FAccountID = w.FAcctID"),
               AllOf(HasSubstr("u.rowid = s.rid"), Not(HasSubstr("DISTINCT"))));
+  const auto byDerived = [&](std::string_view derived) {
+    return translator.sql("update w set FAmount = 1 from #work w inner join (" +
+                          std::string(derived) + ") k on k.i = w.FAcctID");
+  };
+  EXPECT_THAT(byDerived("select FAccountID i from t_account"), Not(HasSubstr("DISTINCT")));
+  EXPECT_THAT(byDerived("select FAccountID i from t_balance"), HasSubstr("DISTINCT"));
   const auto byNumber = [&](std::string_view number) {
     return translator.sql(std::string("update w set FAmount = 1 from #work w left join t_item i on "
                                       "i.FClass = 1 and i.FNumber = ") +

@@ -1,15 +1,13 @@
-#include <fmt/format.h>
 #include <ostream>
 
 #include "cli/caller_string.h"
 #include "cli/commands/commands.h"
 #include "cli/copy/account_set_copy.h"
+#include "cli/copy/copy_progress.h"
 #include "cli/failure.h"
 #include "cli/new_file.h"
-#include "cli/output/counted.h"
 #include "cli/output/result_rows.h"
 #include "cli/output/result_writer.h"
-#include "cli/output/terminal.h"
 #include "cli/session.h"
 
 namespace velmora::cli {
@@ -27,11 +25,7 @@ std::vector<CopiedTable> fill(const Options& options, const std::string& file, S
   const auto target = com::make<ado::Connection>();
   target->Open(embeddedConnectString(file, "Create"));
   ProgressLine line(streams.err, errorIsTerminal());
-  CopyOptions copy;
-  copy.progress = [&line](const std::string& table, std::int64_t done, std::int64_t total) {
-    line.show(fmt::format("{}: {} of {}", table, done, counted(total, "row")));
-  };
-  return copyAccountSet(source.connection(), *target, copy);
+  return copyAccountSet(source.connection(), *target, showingProgress(line));
 }
 
 void writeCopied(std::ostream& out, const std::vector<CopiedTable>& tables) {

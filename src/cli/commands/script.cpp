@@ -1,15 +1,13 @@
-#include <fmt/format.h>
 #include <fstream>
 #include <numeric>
 #include <ostream>
 
 #include "cli/commands/commands.h"
 #include "cli/copy/account_set_script.h"
+#include "cli/copy/copy_progress.h"
 #include "cli/failure.h"
 #include "cli/new_file.h"
 #include "cli/options.h"
-#include "cli/output/counted.h"
-#include "cli/output/terminal.h"
 
 namespace velmora::cli {
 
@@ -23,11 +21,7 @@ struct Options {
 
 std::vector<CopiedTable> write(ado::Connection& source, std::ostream& out, Streams& streams) {
   ProgressLine line(streams.err, errorIsTerminal());
-  CopyOptions options;
-  options.progress = [&line](const std::string& table, std::int64_t done, std::int64_t total) {
-    line.show(fmt::format("{}: {} of {}", table, done, counted(total, "row")));
-  };
-  return writeScript(source, out, options);
+  return writeScript(source, out, showingProgress(line));
 }
 
 std::vector<CopiedTable> writeFile(ado::Connection& source, const Options& options,

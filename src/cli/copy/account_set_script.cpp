@@ -4,6 +4,7 @@
 
 #include "cli/copy/set_tables.h"
 #include "cli/demo/scripts.h"
+#include "cli/failure.h"
 
 namespace velmora::cli {
 
@@ -91,6 +92,9 @@ CopiedTable writeRows(ado::Connection& source, std::ostream& out, const SetTable
     if (options.progress) options.progress(table.name, inserts.written(), total);
   });
   inserts.finish();
+  if (inserts.written() != total)
+    throw Failure(fmt::format("{}: {} of {} rows could be read; did someone work in it meanwhile?",
+                              table.name, inserts.written(), total));
   return {table.name, inserts.written(), 0};
 }
 

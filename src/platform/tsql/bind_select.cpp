@@ -235,13 +235,10 @@ class SelectBinder {
 
   bool addSourceKeys(std::vector<std::string>& names) const {
     for (const auto& [source, ignored] : decidingSources(scope_, select_.from, select_.where)) {
-      const std::vector<std::string>* key = rowKey(*source);
-      if (key == nullptr) return false;
-      for (const SourceColumn& column : source->columns) {
-        if (std::ranges::find(*key, column.name) != key->end() &&
-            !addOutput(names, source->columnSql(column)))
-          return false;
-      }
+      const auto key = rowKey(*source);
+      if (!key) return false;
+      for (const SourceColumn* column : *key)
+        if (!addOutput(names, source->columnSql(*column))) return false;
     }
     return true;
   }

@@ -127,20 +127,19 @@ std::vector<Equality> equalitiesOf(const QueryScope& scope, const std::vector<Ta
   return search.found();
 }
 
-bool isPartOf(const std::vector<std::string>& key, const SourceColumn& column) {
-  return std::ranges::any_of(key,
-                             [&](const std::string& name) { return sameName(name, column.name); });
+std::vector<const SourceColumn*> allColumns(const Source& source) {
+  std::vector<const SourceColumn*> columns;
+  for (const SourceColumn& column : source.columns) columns.push_back(&column);
+  return columns;
 }
 
 std::vector<const SourceColumn*> decidingColumns(const Source& source,
                                                  const std::vector<Equality>& equalities,
                                                  const Sources& known) {
-  const std::vector<std::string>* key = rowKey(source);
-  std::vector<const SourceColumn*> columns;
-  for (const SourceColumn& column : source.columns) {
-    if (key != nullptr && !isPartOf(*key, column)) continue;
-    if (!isFixed(source, column.name, equalities, known)) columns.push_back(&column);
-  }
+  auto columns = rowKey(source).value_or(allColumns(source));
+  std::erase_if(columns, [&](const SourceColumn* column) {
+    return isFixed(source, column->name, equalities, known);
+  });
   return columns;
 }
 
@@ -172,11 +171,19 @@ std::vector<DecidingSource> decidingSources(const QueryScope& scope,
   return deciding;
 }
 
-const std::vector<std::string>* rowKey(const Source& source) {
+std::optional<std::vector<const SourceColumn*>> rowKey(const Source& source) {
   // A unique index lets several rows without a value stand beside each other.
   const bool keyed =
       source.table == nullptr ? !source.uniqueKeys.empty() : !source.table->primaryKey.empty();
-  return keyed ? &source.uniqueKeys.front() : nullptr;
+  if (!keyed) return std::nullopt;
+  std::vector<const SourceColumn*> columns;
+  for (const std::string& name : source.uniqueKeys.front()) {
+    const auto column = std::ranges::find_if(
+        source.columns, [&](const SourceColumn& one) { return sameName(one.name, name); });
+    if (column == source.columns.end()) return std::nullopt;
+    columns.push_back(&*column);
+  }
+  return columns;
 }
 
 }  // namespace velmora::tsql

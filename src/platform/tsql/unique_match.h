@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "platform/tsql/ast.h"
@@ -28,8 +29,8 @@ std::vector<DecidingSource> decidingSources(const QueryScope& scope,
                                             const std::vector<TableSourcePtr>& from,
                                             const ExpressionPtr& where);
 
-/// The columns that tell all rows of a source apart, those with NULL too; nullptr when
+/// The columns that tell all rows of a source apart, those with NULL too; nothing when
 /// none are known.
-const std::vector<std::string>* rowKey(const Source& source);
+std::optional<std::vector<const SourceColumn*>> rowKey(const Source& source);
 
 }  // namespace velmora::tsql
