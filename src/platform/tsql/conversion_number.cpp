@@ -54,7 +54,7 @@ std::string failureText(std::string_view text, const Bound& value, const SqlType
 /// A number read by the engine, as wide as it may be, before it becomes the type.
 std::string readSql(const Bound& value, const SqlType& type) {
   if (type.kind == SqlKind::bit) return engine::textToBit(value.sql);
-  if (type.isInteger()) return engine::integerText(value.sql, typeName(type));
+  if (type.isInteger()) return engine::wholeNumber(value.sql, typeName(type));
   if (type.isDecimal()) return engine::decimalText(value.sql, typeName(type));
   return engine::textToFloat(value.sql, typeName(type));
 }

@@ -38,13 +38,8 @@ std::string ratio(std::string_view a, std::string_view b) {
   return guardedDivision(a, "/", b);
 }
 
-std::string integerText(std::string_view text, std::string_view target) {
-  return filled(
-      "CASE WHEN regexp_full_match(trim($1), '[+-]?[0-9]+') THEN trim($1)"
-      " WHEN trim($1) = '' THEN '0' WHEN $1 IS NOT NULL THEN"
-      " error('245: Conversion failed when converting the text value ''' || $1 ||"
-      " ''' to data type $2.') END",
-      {text, target});
+std::string wholeNumber(std::string_view text, std::string_view target) {
+  return filled("velmora_whole_number($1, '$2')", {text, target});
 }
 
 std::string decimalText(std::string_view text, std::string_view target) {
@@ -58,8 +53,8 @@ std::string decimalText(std::string_view text, std::string_view target) {
 std::string textToBit(std::string_view text) {
   return filled(
       "CASE WHEN lower(trim($1)) = 'true' THEN 1 WHEN lower(trim($1)) = 'false' THEN 0"
-      " ELSE CAST(CAST($2 AS BIGINT) <> 0 AS INTEGER) END",
-      {text, integerText(text, "bit")});
+      " ELSE CAST($2 <> 0 AS INTEGER) END",
+      {text, wholeNumber(text, "bit")});
 }
 
 std::string textToFloat(std::string_view text, std::string_view target) {

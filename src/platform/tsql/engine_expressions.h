@@ -14,9 +14,9 @@ std::string quotient(std::string_view a, std::string_view b);
 std::string remainder(std::string_view a, std::string_view b);
 std::string ratio(std::string_view a, std::string_view b);
 
-/// A text checked to be a number of the type named `target`, still as a text; '' is '0'
-/// except for decimals. Error 245 or 8114.
-std::string integerText(std::string_view text, std::string_view target);
+/// A text as a BIGINT; see values/whole_numbers.h. `target` is the name of the type wanted.
+std::string wholeNumber(std::string_view text, std::string_view target);
+/// A text checked to be a decimal, still as a text. Error 8114.
 std::string decimalText(std::string_view text, std::string_view target);
 /// A text as 0 or 1, and as a DOUBLE.
 std::string textToBit(std::string_view text);

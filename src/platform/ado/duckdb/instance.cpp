@@ -9,6 +9,7 @@
 
 #include "platform/ado/duckdb/engine.h"
 #include "platform/ado/duckdb/engine_error.h"
+#include "platform/ado/duckdb/value_functions.h"
 
 namespace velmora::ado::embedded {
 
@@ -122,8 +123,8 @@ SpillFolder::~SpillFolder() {
 }
 
 Instance::Instance(const Settings& settings)
-    : database_(open(settings, spill_.path())),
-      readOnly_(settings.readOnly()),
-      tables_(database_) {}
+    : database_(open(settings, spill_.path())), readOnly_(settings.readOnly()), tables_(database_) {
+  makeValueFunctionsKnown(database_);
+}
 
 }  // namespace velmora::ado::embedded
