@@ -20,7 +20,7 @@
 #include "measure.h"
 #include "plain_engine.h"
 #include "platform/ado/duckdb/session_state.h"
-#include "platform/tsql/parser.h"
+#include "platform/tsql/syntax/parser.h"
 #include "platform/tsql/translate.h"
 #include "process_run.h"
 #include "velmora/ado/connection.h"

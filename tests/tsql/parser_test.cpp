@@ -1,11 +1,11 @@
-#include "platform/tsql/parser.h"
+#include "platform/tsql/syntax/parser.h"
 
 #include <gtest/gtest.h>
 
 #include "error_of.h"
-#include "platform/tsql/print.h"
-#include "platform/tsql/syntax_error.h"
-#include "platform/tsql/text_scan.h"
+#include "platform/tsql/syntax/print.h"
+#include "platform/tsql/syntax/syntax_error.h"
+#include "platform/tsql/syntax/text_scan.h"
 #include "statement_file.h"
 
 namespace velmora::tsql {

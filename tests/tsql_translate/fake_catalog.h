@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/tsql/catalog.h"
-#include "platform/tsql/parser.h"
-#include "platform/tsql/sql_text.h"
+#include "platform/tsql/binding/names/catalog.h"
+#include "platform/tsql/binding/names/name_rules.h"
+#include "platform/tsql/engine/sql_text.h"
+#include "platform/tsql/syntax/parser.h"
 #include "platform/tsql/translate.h"
 
 namespace velmora::tsql::test {

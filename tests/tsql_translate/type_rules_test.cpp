@@ -1,4 +1,4 @@
-#include "platform/tsql/type_rules.h"
+#include "platform/tsql/binding/types/type_rules.h"
 
 #include <gtest/gtest.h>
 

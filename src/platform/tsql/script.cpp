@@ -4,8 +4,8 @@
 #include <charconv>
 #include <optional>
 
-#include "platform/tsql/syntax_error.h"
-#include "platform/tsql/text_scan.h"
+#include "platform/tsql/syntax/syntax_error.h"
+#include "platform/tsql/syntax/text_scan.h"
 
 namespace velmora::tsql {
 namespace {

@@ -1,17 +1,20 @@
 #include "platform/tsql/translate.h"
 
-#include <algorithm>
-
-#include "platform/tsql/bind_change.h"
-#include "platform/tsql/bind_definition.h"
-#include "platform/tsql/bind_query.h"
-#include "platform/tsql/conversion.h"
-#include "platform/tsql/errors.h"
-#include "platform/tsql/overloaded.h"
-#include "platform/tsql/sql_text.h"
+#include "platform/tsql/binding/bind_expression.h"
+#include "platform/tsql/binding/bind_query.h"
+#include "platform/tsql/binding/bound_query.h"
+#include "platform/tsql/binding/conversions/conversion.h"
+#include "platform/tsql/binding/errors.h"
+#include "platform/tsql/engine/sql_text.h"
+#include "platform/tsql/output/change.h"
+#include "platform/tsql/output/definition.h"
+#include "platform/tsql/output/query_text.h"
+#include "platform/tsql/syntax/overloaded.h"
 
 namespace velmora::tsql {
 namespace {
+
+constexpr QueryStages kQueryStages{bindQuery, queryText};
 
 /// The first SELECT of a query, where INTO and assignments stand.
 const Select& firstSelect(const QueryBody& body) {
@@ -46,7 +49,7 @@ Assign assignOf(Context& context, const BoundQuery& query, const BoundSelect& se
   for (std::size_t i = 0; i < select.outputs.size(); ++i) {
     const Position position = select.outputs[i].position;
     const Variable& variable = requireVariable(context, assign.variables[i], position);
-    places.push_back(quoteName("c" + std::to_string(i + 1)));
+    places.push_back(placeName(i));
     const Bound value = computed("q." + places.back(), columnsOf(query)[i].type);
     values.push_back(exactSql(castTo(context, value, variable.type, position)));
   }
@@ -58,7 +61,7 @@ Assign assignOf(Context& context, const BoundQuery& query, const BoundSelect& se
 Action translateSelect(Context& context, const SelectStatement& statement) {
   const Query& query = *statement.query;
   const Select& select = firstSelect(query.body);
-  if (select.into) return bindSelectInto(context, query, *select.into);
+  if (select.into) return translateSelectInto(context, query, *select.into);
   const BoundQuery bound = bindQuery(context, nullptr, query);
   const auto* only = std::get_if<BoundSelect>(&bound.body.node);
   if (only != nullptr && !only->variables.empty()) return assignOf(context, bound, *only);
@@ -69,20 +72,26 @@ Action translateNode(Context& context, const Statement& statement) {
   return std::visit(
       Overloaded{
           [&](const SelectStatement& node) { return translateSelect(context, node); },
-          [&](const InsertStatement& node) -> Action { return bindInsert(context, node); },
-          [&](const UpdateStatement& node) -> Action { return bindUpdate(context, node); },
-          [&](const DeleteStatement& node) -> Action { return bindDelete(context, node); },
-          [&](const TruncateStatement& node) -> Action { return bindTruncate(context, node); },
+          [&](const InsertStatement& node) -> Action { return translateInsert(context, node); },
+          [&](const UpdateStatement& node) -> Action { return translateUpdate(context, node); },
+          [&](const DeleteStatement& node) -> Action { return translateDelete(context, node); },
+          [&](const TruncateStatement& node) -> Action { return translateTruncate(context, node); },
           [&](const CreateTableStatement& node) -> Action {
-            return bindCreateTable(context, node);
+            return translateCreateTable(context, node);
           },
-          [&](const CreateViewStatement& node) -> Action { return bindCreateView(context, node); },
+          [&](const CreateViewStatement& node) -> Action {
+            return translateCreateView(context, node);
+          },
           [&](const CreateIndexStatement& node) -> Action {
-            return bindCreateIndex(context, node);
+            return translateCreateIndex(context, node);
           },
-          [&](const DropTableStatement& node) -> Action { return bindDropTable(context, node); },
-          [&](const DropViewStatement& node) -> Action { return bindDropView(context, node); },
-          [&](const DropIndexStatement& node) -> Action { return bindDropIndex(context, node); },
+          [&](const DropTableStatement& node) -> Action {
+            return translateDropTable(context, node);
+          },
+          [&](const DropViewStatement& node) -> Action { return translateDropView(context, node); },
+          [&](const DropIndexStatement& node) -> Action {
+            return translateDropIndex(context, node);
+          },
           [&](const auto&) -> Action {
             refuse(statement.position, "this statement as a query or change");
           },
@@ -100,19 +109,14 @@ Translation cell(Context& context, std::string sql, const SqlType& type) {
 
 }  // namespace
 
-bool IgnoreCase::operator()(std::string_view a, std::string_view b) const noexcept {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  return std::ranges::lexicographical_compare(a, b, {}, lower, lower);
-}
-
 Translation translate(const Statement& statement, const Scope& scope) {
-  Context context{scope};
+  Context context{scope, kQueryStages};
   Action action = translateNode(context, statement);
   return {std::move(action), std::move(context.functions)};
 }
 
 Translation translateCondition(const Expression& condition, const Scope& scope) {
-  Context context{scope};
+  Context context{scope, kQueryStages};
   QueryScope names;
   names.aggregatesAllowed = false;
   const BoundCondition bound = ExpressionBinder(context, names).bindCondition(condition);
@@ -120,7 +124,7 @@ Translation translateCondition(const Expression& condition, const Scope& scope) 
 }
 
 Translation translateValue(const Expression& value, const SqlType& type, const Scope& scope) {
-  Context context{scope};
+  Context context{scope, kQueryStages};
   QueryScope names;
   names.aggregatesAllowed = false;
   const Bound bound = ExpressionBinder(context, names).bind(value);

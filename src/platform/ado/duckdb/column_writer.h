@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/tsql/catalog.h"
+#include "platform/tsql/binding/names/catalog.h"
 #include "velmora/ado/rowset.h"
 
 namespace velmora::ado::embedded {

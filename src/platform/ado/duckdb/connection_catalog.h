@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/ado/duckdb/permanent_tables.h"
-#include "platform/tsql/catalog.h"
+#include "platform/tsql/binding/names/catalog.h"
 
 namespace velmora::ado::embedded {
 

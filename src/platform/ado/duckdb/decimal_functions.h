@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/ado/duckdb/engine.h"
-#include "platform/tsql/engine_functions.h"
+#include "platform/tsql/engine/engine_functions.h"
 #include "velmora/collections/decimal.h"
 
 namespace velmora::ado::embedded {

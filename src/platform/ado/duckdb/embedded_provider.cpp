@@ -4,7 +4,7 @@
 #include "platform/ado/duckdb/engine_error.h"
 #include "platform/ado/duckdb/parameters.h"
 #include "platform/ado/duckdb/table_appender.h"
-#include "platform/tsql/parser.h"
+#include "platform/tsql/syntax/parser.h"
 
 namespace velmora::ado::embedded {
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <optional>
 
-#include "platform/tsql/engine_functions.h"
+#include "platform/tsql/engine/engine_functions.h"
 #include "velmora/com/error.h"
 
 namespace velmora::ado::embedded {

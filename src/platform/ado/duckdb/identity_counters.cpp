@@ -5,7 +5,7 @@
 
 #include "platform/ado/duckdb/engine_error.h"
 #include "platform/ado/duckdb/rows.h"
-#include "platform/tsql/sql_text.h"
+#include "platform/tsql/engine/sql_text.h"
 
 namespace velmora::ado::embedded {
 

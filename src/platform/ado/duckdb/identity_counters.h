@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/ado/duckdb/engine.h"
+#include "platform/tsql/binding/names/name_rules.h"
 #include "platform/tsql/translate.h"
 
 namespace velmora::ado::embedded {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/ado/duckdb/engine.h"
-#include "platform/tsql/sql_type.h"
+#include "platform/tsql/binding/types/sql_type.h"
 #include "velmora/collections/variant.h"
 
 namespace velmora::ado::embedded {

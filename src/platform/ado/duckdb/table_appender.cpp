@@ -4,7 +4,7 @@
 
 #include "platform/ado/duckdb/engine_error.h"
 #include "platform/ado/duckdb/rows.h"
-#include "platform/tsql/sql_text.h"
+#include "platform/tsql/engine/sql_text.h"
 #include "velmora/collections/letter_case.h"
 #include "velmora/com/error.h"
 

@@ -9,9 +9,10 @@
 
 #include "platform/ado/duckdb/engine_error.h"
 #include "platform/ado/duckdb/rows.h"
-#include "platform/tsql/parser.h"
-#include "platform/tsql/print.h"
-#include "platform/tsql/sql_text.h"
+#include "platform/tsql/binding/names/name_rules.h"
+#include "platform/tsql/engine/sql_text.h"
+#include "platform/tsql/syntax/parser.h"
+#include "platform/tsql/syntax/print.h"
 
 namespace velmora::ado::embedded {
 

@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "platform/ado/duckdb/engine.h"
-#include "platform/tsql/catalog.h"
+#include "platform/tsql/binding/names/catalog.h"
+#include "platform/tsql/binding/names/name_rules.h"
 #include "platform/tsql/translate.h"
 
 namespace velmora::ado::embedded {

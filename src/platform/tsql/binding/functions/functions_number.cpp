@@ -1,0 +1,120 @@
+#include <array>
+
+#include "platform/tsql/binding/conversions/conversion.h"
+#include "platform/tsql/binding/conversions/conversion_number.h"
+#include "platform/tsql/binding/functions/functions.h"
+#include "platform/tsql/binding/types/typed_sql.h"
+#include "platform/tsql/engine/sql_text.h"
+
+namespace velmora::tsql {
+namespace {
+
+/// The argument as a number; a text counts as a float.
+Bound number(const Call& call, std::size_t index) {
+  Bound value = call.argument(index);
+  if (value.type.isNumber()) return value;
+  return call.floating(index);
+}
+
+Bound ofSameType(const Call& call, const std::string& name) {
+  const Bound value = number(call, 0);
+  return computed(castSql(name + "(" + value.sql + ")", value.type), value.type, value.canFail);
+}
+
+Bound absolute(const Call& call) {
+  return ofSameType(call, "abs");
+}
+Bound sign(const Call& call) {
+  return ofSameType(call, "sign");
+}
+
+/// floor and ceiling: a decimal loses its fraction digits, integers stay.
+Bound wholeNumber(const Call& call, const std::string& name) {
+  Bound value = number(call, 0);
+  if (value.type.isInteger()) return value;
+  const SqlType type =
+      value.type.kind == SqlKind::decimal ? SqlType::decimal(value.type.precision, 0) : value.type;
+  return computed(castSql(name + "(" + exactSql(value) + ")", type), type, value.canFail);
+}
+
+Bound floorOf(const Call& call) {
+  return wholeNumber(call, "floor");
+}
+Bound ceilingOf(const Call& call) {
+  return wholeNumber(call, "ceil");
+}
+
+/// The value without the digits behind `places` decimals.
+std::string truncatedSql(const Bound& value, int places) {
+  if (value.type.isApproximate()) {
+    const std::string factor = castSql("power(10, " + std::to_string(places) + ")", value.type);
+    return "(trunc(" + value.sql + " * " + factor + ") / " + factor + ")";
+  }
+  std::string unit = "1";
+  for (int i = places; i < 0; ++i) unit += '0';
+  if (places > 0) unit = "0." + std::string(static_cast<std::size_t>(places - 1), '0') + "1";
+  return "(" + value.sql + " - " + value.sql + " % " + unit + ")";
+}
+
+/// Half away from zero; the type stays. A third argument other than 0 cuts instead.
+Bound round(const Call& call) {
+  Bound value = number(call, 0);
+  const int places = call.constantInteger(1);
+  const bool cut = call.count() == 3 && call.constantInteger(2) != 0;
+  if (places >= value.type.scale && value.type.isExact()) return value;
+  std::string sql;
+  if (cut) {
+    sql = truncatedSql(value, places);
+  } else if (value.type.isDecimal() && places >= 0) {
+    sql = roundedSql(call.binder().context(), value, places);
+  } else {
+    sql = "round(" + exactSql(value) + ", " + std::to_string(places) + ")";
+  }
+  return computed(castSql(sql, value.type), value.type, value.canFail || places <= 0);
+}
+
+Bound squareRoot(const Call& call) {
+  const Bound value = call.floating(0);
+  return computed("sqrt(" + value.sql + ")", SqlType::floating(), true);
+}
+
+Bound power(const Call& call) {
+  const Bound base = number(call, 0);
+  const Bound exponent = call.floating(1);
+  const Bound asFloat =
+      convertTo(call.binder().context(), base, SqlType::floating(), call.position());
+  const Bound result =
+      computed("power(" + asFloat.sql + ", " + exponent.sql + ")", SqlType::floating(), true);
+  return base.type.isApproximate()
+             ? result
+             : convertTo(call.binder().context(), result, base.type, call.position());
+}
+
+/// Whether a text reads as a number.
+Bound isNumeric(const Call& call) {
+  const Bound value = call.argument(0);
+  if (value.type.isNumber()) {
+    return computed("CAST(" + value.sql + " IS NOT NULL AS INTEGER)", SqlType::integer());
+  }
+  return computed("CAST(try_cast(" + value.sql + " AS DOUBLE) IS NOT NULL AS INTEGER)",
+                  SqlType::integer(), value.canFail);
+}
+
+constexpr auto kRules = std::to_array<FunctionRule>({
+    {"abs", 1, 1, absolute},
+    {"sign", 1, 1, sign},
+    {"floor", 1, 1, floorOf},
+    {"ceiling", 1, 1, ceilingOf},
+    {"round", 2, 3, round},
+    {"sqrt", 1, 1, squareRoot},
+    {"power", 2, 2, power},
+    {"isnumeric", 1, 1, isNumeric},
+});
+
+}  // namespace
+
+std::span<const FunctionRule> numberFunctions() {
+  return kRules;
+}
+
+}  // namespace velmora::tsql

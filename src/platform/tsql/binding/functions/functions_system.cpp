@@ -1,0 +1,87 @@
+#include <array>
+#include <limits>
+
+#include "platform/tsql/binding/bind_expression.h"
+#include "platform/tsql/binding/conversions/conversion.h"
+#include "platform/tsql/binding/errors.h"
+#include "platform/tsql/binding/functions/functions.h"
+#include "platform/tsql/binding/names/name_rules.h"
+
+namespace velmora::tsql {
+namespace {
+
+/// The type and length of the first argument decide.
+Bound isNull(const Call& call) {
+  const Bound value = call.argument(0);
+  Bound other = call.argument(1);
+  if (value.type.kind == SqlKind::untypedNull) return other;
+  Bound converted = castTo(call.binder().context(), other, value.type, call.expression(1).position);
+  if (value.isNull()) return converted;
+  Bound result = computed("coalesce(" + exactSql(value) + ", " + exactSql(converted) + ")",
+                          value.type, value.canFail || converted.canFail);
+  result.nullable = value.nullable && converted.nullable;
+  return result;
+}
+
+Bound coalesce(const Call& call) {
+  std::vector<Bound> values;
+  for (std::size_t i = 0; i < call.count(); ++i) values.push_back(call.argument(i));
+  return bindCoalesce(call.binder().context(), std::move(values), call.position());
+}
+
+Bound nullIf(const Call& call) {
+  const Bound value = call.argument(0);
+  const Bound other = call.argument(1);
+  const BoundCondition same =
+      compare(call.binder().context(), ComparisonOperator::Equal, value, other, call.position());
+  if (value.type.kind == SqlKind::untypedNull) {
+    raiseAt(call.position(), 4151, "The first argument to NULLIF cannot be the NULL constant.");
+  }
+  return computed("CASE WHEN " + same.sql + " THEN NULL ELSE " + exactSql(value) + " END",
+                  value.type, value.canFail || same.canFail);
+}
+
+/// The last part of a written table name such as [dbo].[t] or tempdb..#t.
+std::string tableName(std::string_view written) {
+  std::string name;
+  bool bracketed = false;
+  for (const char c : written) {
+    if (c == '[' && !bracketed) {
+      bracketed = true;
+    } else if (c == ']' && bracketed) {
+      bracketed = false;
+    } else if (c == '.' && !bracketed) {
+      name.clear();
+    } else {
+      name += c;
+    }
+  }
+  return name;
+}
+
+Bound objectId(const Call& call) {
+  const std::string name = tableName(call.constantText(0));
+  if (call.count() == 2 && !sameName(call.constantText(1), "U") &&
+      !sameName(call.constantText(1), "V")) {
+    return constantOf(collections::Null{}, SqlType::integer());
+  }
+  const TableInfo* table = call.binder().context().scope.catalog.findTable(name);
+  if (table == nullptr) return constantOf(collections::Null{}, SqlType::integer());
+  return constantOf(table->objectId, SqlType::integer());
+}
+
+constexpr auto kMany = std::numeric_limits<std::size_t>::max();
+constexpr auto kRules = std::to_array<FunctionRule>({
+    {"isnull", 2, 2, isNull},
+    {"coalesce", 1, kMany, coalesce},
+    {"nullif", 2, 2, nullIf},
+    {"object_id", 1, 2, objectId},
+});
+
+}  // namespace
+
+std::span<const FunctionRule> systemFunctions() {
+  return kRules;
+}
+
+}  // namespace velmora::tsql

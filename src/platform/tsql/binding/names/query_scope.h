@@ -1,0 +1,84 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/tsql/binding/names/catalog.h"
+#include "platform/tsql/binding/names/name_rules.h"
+#include "platform/tsql/binding/types/sql_type.h"
+#include "platform/tsql/syntax/ast_expression.h"
+
+namespace velmora::tsql {
+
+/// A column that a FROM clause offers.
+struct SourceColumn {
+  std::string name;  ///< as declared
+  SqlType type;
+  bool nullable = true;
+};
+
+/// A table, view or derived table of a FROM clause.
+struct Source {
+  std::string alias;   ///< as the query names it
+  std::string engine;  ///< the alias in DuckDB SQL, quoted
+  std::vector<SourceColumn> columns;
+  const TableInfo* table = nullptr;  ///< a stored table: it has row numbers
+  /// Sets of columns whose values tell its rows apart: its primary key, its unique
+  /// indexes, the keys a derived table is grouped by (no columns: it has one row).
+  std::vector<std::vector<std::string>> uniqueKeys;
+
+  std::string columnSql(const SourceColumn& column) const;
+};
+
+/// What a grouped query's expressions may use of its rows: one key of GROUP BY.
+struct GroupKey {
+  std::string plainSql;  ///< the key as written, bound without grouping
+  std::string groupSql;  ///< what GROUP BY names
+  std::string valueSql;  ///< the key's value in the select list
+  std::size_t nodeKind;  ///< alternative of ExpressionNode
+  SqlType type;
+};
+
+/// A common table expression: WITH name AS (...).
+struct CommonTableInfo {
+  std::string engine;  ///< quoted
+  std::vector<SourceColumn> columns;
+};
+using CommonTables = std::map<std::string, CommonTableInfo, IgnoreCase>;
+
+/// The names one SELECT sees.
+struct QueryScope {
+  const QueryScope* outer = nullptr;
+  std::vector<Source> sources;
+  CommonTables commonTables;
+  bool grouped = false;          ///< GROUP BY, HAVING or an aggregate
+  bool insideAggregate = false;  ///< an aggregate's argument sees the rows themselves
+  bool aggregatesAllowed = true;
+  std::vector<GroupKey> keys;
+
+  /// The common table of that name, in this query or around it; nullptr: none.
+  const CommonTableInfo* findCommonTable(std::string_view name) const;
+  /// An alias for DuckDB that hides no alias of the queries around this one.
+  std::string engineAlias(std::string_view alias) const;
+};
+
+struct ColumnMatch {
+  const QueryScope* scope = nullptr;
+  const Source* source = nullptr;
+  const SourceColumn* column = nullptr;
+};
+
+/// The column a name means. Raises 207 for an unknown column, 209 for an ambiguous one,
+/// 4104 for an unknown prefix.
+ColumnMatch resolveColumn(const QueryScope& scope, const QualifiedName& name);
+
+/// The FROM item that `t.*` or an update's target means; nullptr when there is none.
+const Source* findSource(const QueryScope& scope, std::string_view name);
+
+/// Adds a FROM item. Raises 1013 when its name is taken.
+void addSource(QueryScope& scope, Source source, Position position);
+
+}  // namespace velmora::tsql

@@ -1,0 +1,142 @@
+#include "platform/tsql/engine/engine_expressions.h"
+
+#include <initializer_list>
+
+#include "platform/tsql/engine/engine_functions.h"
+#include "platform/tsql/engine/sql_text.h"
+
+namespace velmora::tsql::engine {
+namespace {
+
+/// `form` with its places $1, $2, ... filled.
+std::string filled(std::string_view form, std::initializer_list<std::string_view> arguments) {
+  std::string sql = "(";
+  for (std::size_t at = 0; at < form.size(); ++at) {
+    if (form[at] == '$') {
+      sql += arguments.begin()[form[++at] - '1'];
+    } else {
+      sql += form[at];
+    }
+  }
+  return sql += ")";
+}
+
+std::string guardedDivision(std::string_view a, std::string_view op, std::string_view b) {
+  return filled("CASE WHEN $3 = 0 THEN error($4) ELSE $1 $2 $3 END",
+                {a, op, b, quoteText(kDivideByZero)});
+}
+
+}  // namespace
+
+std::string quotient(std::string_view a, std::string_view b) {
+  return guardedDivision(a, "//", b);
+}
+std::string remainder(std::string_view a, std::string_view b) {
+  return guardedDivision(a, "%", b);
+}
+std::string ratio(std::string_view a, std::string_view b) {
+  return guardedDivision(a, "/", b);
+}
+
+std::string wholeNumber(std::string_view text, std::string_view target) {
+  return filled("velmora_whole_number($1, '$2')", {text, target});
+}
+
+std::string decimalText(std::string_view text, std::string_view target) {
+  return filled(
+      "CASE WHEN regexp_full_match(trim($1), '[+-]?([0-9]+[.]?[0-9]*|[.][0-9]+)') THEN trim($1)"
+      " WHEN $1 IS NOT NULL THEN"
+      " error('8114: Error converting the text value ''' || $1 || ''' to data type $2.') END",
+      {text, target});
+}
+
+std::string textToBit(std::string_view text) {
+  return filled(
+      "CASE WHEN lower(trim($1)) = 'true' THEN 1 WHEN lower(trim($1)) = 'false' THEN 0"
+      " ELSE CAST($2 <> 0 AS INTEGER) END",
+      {text, wholeNumber(text, "bit")});
+}
+
+std::string textToFloat(std::string_view text, std::string_view target) {
+  return filled(
+      "CASE WHEN trim($1) = '' THEN 0"
+      " WHEN try_cast(trim($1) AS DOUBLE) IS NOT NULL THEN try_cast(trim($1) AS DOUBLE)"
+      " WHEN $1 IS NOT NULL THEN"
+      " error('8114: Error converting the text value ''' || $1 || ''' to data type $2.') END",
+      {text, target});
+}
+
+std::string tryTextToDateTime(std::string_view text) {
+  return filled(
+      "try_strptime(trim($1), ['%Y-%m-%d', '%Y/%m/%d', '%Y%m%d', '%Y-%m-%d %H:%M',"
+      " '%Y/%m/%d %H:%M', '%Y%m%d %H:%M', '%Y-%m-%d %H:%M:%S', '%Y/%m/%d %H:%M:%S',"
+      " '%Y%m%d %H:%M:%S', '%Y-%m-%d %H:%M:%S.%f', '%Y/%m/%d %H:%M:%S.%f',"
+      " '%Y%m%d %H:%M:%S.%f', '%Y-%m-%dT%H:%M:%S', '%Y-%m-%dT%H:%M:%S.%f'])",
+      {text});
+}
+
+std::string textToDateTime(std::string_view text) {
+  return filled(
+      "CASE WHEN trim($1) = '' THEN TIMESTAMP '1900-01-01' WHEN $2 IS NOT NULL THEN $2"
+      " WHEN $1 IS NOT NULL THEN error('241: Conversion failed when converting date and/or time"
+      " from character string ''' || $1 || '''.') END",
+      {text, tryTextToDateTime(text)});
+}
+
+std::string weeksBetween(std::string_view from, std::string_view to) {
+  // The engine's week begins on Monday.
+  return filled(
+      "date_diff('day', date_trunc('week', CAST($1 AS TIMESTAMP) + to_days(1)),"
+      " date_trunc('week', CAST($2 AS TIMESTAMP) + to_days(1))) // 7",
+      {from, to});
+}
+
+std::string now() {
+  return "current_localtimestamp()";
+}
+
+std::string fitted(std::string_view text, std::int64_t size, std::string_view column) {
+  return filled(
+      "CASE WHEN strlen($1) <= $2 OR length($1) <= $2 THEN $1 WHEN length(rtrim($1, ' ')) <= $2 "
+      "THEN left($1, $2)"
+      " WHEN $1 IS NOT NULL THEN error('8152: String or binary data would be truncated: ' || $3 ||"
+      " ' takes $2 characters, not ''' || $1 || '''.') END",
+      {text, std::to_string(size), quoteText(column)});
+}
+
+std::string checkedLength(std::string_view length) {
+  return filled(
+      "CASE WHEN $1 < 0 THEN error('537: Invalid length parameter ' || $1 ||"
+      " ' passed to the LEFT or SUBSTRING function.') ELSE $1 END",
+      {length});
+}
+
+std::string substring(std::string_view text, std::string_view start, std::string_view length) {
+  return filled(
+      "substring($1, $2 + greatest(1 - $2, 0),"
+      " CASE WHEN $4 + least($2 - 1, 0) < 0 THEN 0 ELSE $3 + least($2 - 1, 0) END)",
+      {text, start, length, checkedLength(length)});
+}
+
+std::string positionFrom(std::string_view text, std::string_view wanted, std::string_view start) {
+  return filled(
+      "CASE WHEN strpos(substring($1, greatest($3, 1)), $2) = 0 THEN 0"
+      " ELSE strpos(substring($1, greatest($3, 1)), $2) + greatest($3, 1) - 1 END",
+      {text, wanted, start});
+}
+
+std::string replaced(std::string_view text, std::string_view wanted, std::string_view other) {
+  return filled(R"(CASE WHEN $2 = '' THEN $1)"
+                R"( ELSE regexp_replace($1, regexp_escape($2), replace($3, '\', '\\'), 'gi') END)",
+                {text, wanted, other});
+}
+
+std::string likePattern(std::string_view pattern) {
+  return filled(
+      "CASE WHEN contains($1, '[') THEN"
+      " error('Not supported: LIKE with a computed pattern that holds a bracket')"
+      " ELSE lower($1) END",
+      {pattern});
+}
+
+}  // namespace velmora::tsql::engine

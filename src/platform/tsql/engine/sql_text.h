@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace velmora::tsql {
+
+/// A name as DuckDB reads it: in double quotes, inner ones doubled.
+std::string quoteName(std::string_view name);
+/// A text constant in single quotes, inner ones doubled.
+std::string quoteText(std::string_view text);
+/// How DuckDB SQL names a table of that name: the schema of temporary tables for '#'
+/// names, otherwise the account set's.
+std::string engineTableName(std::string_view name);
+/// The name of a column by its place, "c1" for 0, where the query's own names cannot serve.
+std::string placeName(std::size_t index);
+
+/// "CAST(sql AS type)".
+std::string castSql(std::string_view sql, std::string_view engineTypeName);
+
+/// The parts with `separator` between them.
+std::string join(std::span<const std::string> parts, std::string_view separator);
+
+}  // namespace velmora::tsql

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/tsql/binding/bind_from.h"
+#include "platform/tsql/binding/context.h"
+#include "platform/tsql/output/action.h"
+#include "platform/tsql/syntax/ast.h"
+
+namespace velmora::tsql {
+
+Change translateInsert(Context& context, const InsertStatement& statement);
+Change translateUpdate(Context& context, const UpdateStatement& statement);
+Change translateDelete(Context& context, const DeleteStatement& statement);
+Change translateTruncate(Context& context, const TruncateStatement& statement);
+
+/// Raises when the table may not be changed: a view, or a permanent table while the
+/// database is open for reading only.
+void requireChangeable(Context& context, const TableInfo& table, Position position);
+
+/// The column of that name; raises 207.
+const ColumnInfo& requireColumn(const TableInfo& table, std::string_view name, Position position);
+
+/// What a column holds when nothing is given for it.
+std::string defaultSql(const ColumnInfo& column);
+
+/// The target of UPDATE or DELETE among the sources of its FROM clause, which it joins
+/// when it is not named there.
+struct ChangeTarget {
+  const TableInfo* table = nullptr;
+  const Source* source = nullptr;
+  BoundFrom from;
+};
+ChangeTarget bindTarget(Context& context, QueryScope& scope, const QualifiedName& target,
+                        const std::vector<TableSourcePtr>& from);
+
+}  // namespace velmora::tsql

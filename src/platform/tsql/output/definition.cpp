@@ -1,0 +1,318 @@
+#include "platform/tsql/output/definition.h"
+
+#include <algorithm>
+
+#include "platform/tsql/binding/bind_expression.h"
+#include "platform/tsql/binding/bind_query.h"
+#include "platform/tsql/binding/bound_query.h"
+#include "platform/tsql/binding/conversions/conversion.h"
+#include "platform/tsql/binding/conversions/text_rules.h"
+#include "platform/tsql/binding/errors.h"
+#include "platform/tsql/binding/names/find_table.h"
+#include "platform/tsql/binding/names/name_rules.h"
+#include "platform/tsql/binding/types/typed_sql.h"
+#include "platform/tsql/engine/sql_text.h"
+#include "platform/tsql/output/action.h"
+#include "platform/tsql/output/change.h"
+#include "platform/tsql/output/query_text.h"
+
+namespace velmora::tsql {
+namespace {
+
+/// Raises when an object of that name exists or may not be made.
+TableInfo newTable(Context& context, const QualifiedName& name) {
+  if (findTable(context, name) != nullptr) {
+    raiseAt(name.position, 2714,
+            "There is already an object named '" + name.name + "' in the database.");
+  }
+  TableInfo table;
+  table.name = name.name;
+  table.temporary = name.isTemporary();
+  table.engineName = engineTableName(name.name);
+  if (context.scope.readOnly && !table.temporary) {
+    raiseAt(name.position, 3906,
+            "Failed to create '" + name.name + "' because the database is read-only.");
+  }
+  return table;
+}
+
+std::string createWords(const TableInfo& table) {
+  return table.temporary ? "CREATE TEMP TABLE " : "CREATE TABLE ";
+}
+
+std::string indexName(const TableInfo& table, std::string_view name) {
+  return quoteName(table.name + "." + std::string(name));
+}
+
+/// A unique index; texts that differ in case or trailing blanks are the same key.
+std::string uniqueIndexSql(const TableInfo& table, const UniqueIndex& index) {
+  std::vector<std::string> keys;
+  for (const std::string& column : index.columns) {
+    const ColumnInfo& info = requireColumn(table, column, {});
+    keys.push_back("(" + keySql(computed(quoteName(info.name), info.type)) + ")");
+  }
+  return "CREATE UNIQUE INDEX " + indexName(table, index.name) + " ON " + table.engineName + " (" +
+         join(keys, ", ") + ")";
+}
+
+/// Whether the numbering alone keeps the key unique.
+bool isNumbered(const TableInfo& table, const std::vector<std::string>& columns) {
+  return columns.size() == 1 && requireColumn(table, columns.front(), {}).identity.has_value();
+}
+
+/// Whether a key's texts must be compared by their own rules.
+bool hasText(const TableInfo& table, const std::vector<std::string>& columns) {
+  return std::ranges::any_of(columns, [&](const std::string& column) {
+    return requireColumn(table, column, {}).type.isText();
+  });
+}
+
+std::string quotedList(const std::vector<std::string>& names) {
+  std::vector<std::string> quoted;
+  quoted.reserve(names.size());
+  for (const std::string& name : names) quoted.push_back(quoteName(name));
+  return join(quoted, ", ");
+}
+
+/// Binds one CREATE TABLE.
+class TableBinder {
+ public:
+  TableBinder(Context& context, const CreateTableStatement& statement)
+      : context_(context), statement_(statement), table_(newTable(context, statement.table)) {}
+
+  CreateTable bind() {
+    for (const ColumnDefinition& definition : statement_.columns) addColumn(definition);
+    for (const KeyConstraint& key : statement_.keys) addKey(key);
+    std::vector<std::string> lines;
+    for (const ColumnInfo& column : table_.columns) lines.push_back(columnSql(column));
+    if (!declaredKey_.empty()) lines.push_back("PRIMARY KEY (" + declaredKey_ + ")");
+    std::vector<std::string> sql = {createWords(table_) + table_.engineName + " (" +
+                                    join(lines, ", ") + ")"};
+    for (const UniqueIndex& key : table_.uniqueIndexes) sql.push_back(uniqueIndexSql(table_, key));
+    return {std::move(table_), std::move(sql)};
+  }
+
+ private:
+  void addColumn(const ColumnDefinition& definition) {
+    checkNew(definition);
+    ColumnInfo column;
+    column.name = definition.name;
+    column.type = sqlType(definition.type);
+    column.nullable = definition.nullable.value_or(!definition.primaryKey && !definition.identity);
+    if (definition.identity) column.identity = identityOf(definition);
+    if (definition.defaultValue) column.defaultSql = defaultOf(definition, column.type);
+    table_.columns.push_back(std::move(column));
+    if (definition.primaryKey) makePrimary({definition.name}, definition.position);
+    if (definition.unique) addUnique({definition.name});
+  }
+
+  void checkNew(const ColumnDefinition& definition) const {
+    const auto same = [&](const ColumnInfo& column) {
+      return sameName(column.name, definition.name);
+    };
+    if (std::ranges::any_of(table_.columns, same)) {
+      raiseAt(definition.position, 2705,
+              "Column name '" + definition.name + "' in table '" + table_.name +
+                  "' is specified more than once.");
+    }
+  }
+
+  static IdentityColumn identityOf(const ColumnDefinition& definition) {
+    if (definition.identity->increment == 0) {
+      raiseAt(definition.position, 2749, "The increment of an identity column must not be 0.");
+    }
+    return {definition.identity->seed, definition.identity->increment};
+  }
+
+  std::string defaultOf(const ColumnDefinition& definition, const SqlType& type) {
+    QueryScope scope;
+    scope.aggregatesAllowed = false;
+    context_.inDefault = true;
+    const Bound value = ExpressionBinder(context_, scope).bind(*definition.defaultValue);
+    context_.inDefault = false;
+    return exactSql(assignTo(context_, value, type, table_.name + "." + definition.name,
+                             definition.defaultValue->position));
+  }
+
+  void addKey(const KeyConstraint& key) {
+    std::vector<std::string> columns;
+    for (const IndexColumn& column : key.columns) {
+      columns.push_back(requireColumn(table_, column.name, key.position).name);
+    }
+    if (key.primary) {
+      makePrimary(std::move(columns), key.position);
+    } else {
+      addUnique(std::move(columns));
+    }
+  }
+
+  void addUnique(std::vector<std::string> columns) {
+    const std::string number = std::to_string(table_.uniqueIndexes.size() + 1);
+    table_.uniqueIndexes.push_back({"key" + number, std::move(columns)});
+  }
+
+  void makePrimary(std::vector<std::string> columns, Position position) {
+    if (!table_.primaryKey.empty()) {
+      raiseAt(position, 8110,
+              "Cannot add multiple PRIMARY KEY constraints to table '" + table_.name + "'.");
+    }
+    for (ColumnInfo& column : table_.columns) {
+      if (std::ranges::find(columns, column.name) != columns.end()) column.nullable = false;
+    }
+    table_.primaryKey = columns;
+    if (isNumbered(table_, columns)) return;
+    if (hasText(table_, columns)) {
+      addUnique(std::move(columns));
+    } else {
+      declaredKey_ = quotedList(columns);
+    }
+  }
+
+  static std::string columnSql(const ColumnInfo& column) {
+    std::string sql = quoteName(column.name) + " " + engineType(column.type);
+    if (column.defaultSql) sql += " DEFAULT " + *column.defaultSql;
+    if (!column.nullable) sql += " NOT NULL";
+    return sql;
+  }
+
+  Context& context_;
+  const CreateTableStatement& statement_;
+  TableInfo table_;
+  std::string declaredKey_;  // of PRIMARY KEY; empty: none, or one of the unique indexes
+};
+
+/// The columns a query gives a new table or view; each needs a name of its own.
+std::vector<ColumnInfo> newColumns(const BoundQuery& query, const std::vector<std::string>& names,
+                                   const std::string& object, Position position) {
+  std::vector<ColumnInfo> columns;
+  const auto& outputs = columnsOf(query);
+  if (!names.empty() && names.size() != outputs.size()) {
+    raiseAt(position, 8158, "'" + object + "' has a different number of columns than its list.");
+  }
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    ColumnInfo column{names.empty() ? outputs[i].name : names[i], outputs[i].type,
+                      outputs[i].nullable, std::nullopt, std::nullopt};
+    if (column.type.kind == SqlKind::untypedNull) column.type = SqlType::integer();
+    if (column.name.empty()) {
+      raiseAt(position, 1038,
+              "An object or column name is missing: column " + std::to_string(i + 1) + " of '" +
+                  object + "' needs an alias.");
+    }
+    const auto same = [&](const ColumnInfo& other) { return sameName(other.name, column.name); };
+    if (std::ranges::any_of(columns, same)) {
+      raiseAt(position, 2705,
+              "Column name '" + column.name + "' in '" + object + "' is specified more than once.");
+    }
+    columns.push_back(std::move(column));
+  }
+  return columns;
+}
+
+std::string quotedNames(const std::vector<ColumnInfo>& columns) {
+  std::vector<std::string> names;
+  names.reserve(columns.size());
+  for (const ColumnInfo& column : columns) names.push_back(column.name);
+  return quotedList(names);
+}
+
+std::string typedNames(const std::vector<ColumnInfo>& columns) {
+  std::vector<std::string> names;
+  names.reserve(columns.size());
+  for (const ColumnInfo& column : columns) {
+    const std::string name = quoteName(column.name);
+    names.push_back(castSql("q." + name, column.type).append(" AS ").append(name));
+  }
+  return join(names, ", ");
+}
+
+void addDropped(Context& context, DropTables& result, const QualifiedName& name, bool view,
+                bool ifExists) {
+  const TableInfo* table = findTable(context, name);
+  if (table == nullptr || table->isView != view) {
+    if (ifExists && table == nullptr) return;
+    raiseAt(name.position, 3701,
+            std::string("Cannot drop the ") + (view ? "view" : "table") + " '" + name.name +
+                "', because it does not exist or you do not have permission.");
+  }
+  if (!view) requireChangeable(context, *table, name.position);
+  result.tables.push_back(table->name);
+  result.sql.push_back((view ? "DROP VIEW " : "DROP TABLE ") + table->engineName);
+}
+
+}  // namespace
+
+CreateTable translateCreateTable(Context& context, const CreateTableStatement& statement) {
+  return TableBinder(context, statement).bind();
+}
+
+CreateTable translateCreateView(Context& context, const CreateViewStatement& statement) {
+  TableInfo view = newTable(context, statement.view);
+  if (view.temporary) refuse(statement.view.position, "a temporary view");
+  view.isView = true;
+  const BoundQuery query = bindQuery(context, nullptr, *statement.query);
+  if (!context.functions.empty()) {
+    refuse(statement.view.position, "a view that divides decimals");
+  }
+  for (const auto& [table, uses] : context.tableUses) {
+    if (table->temporary) {
+      raiseAt(statement.view.position, 4508,
+              "Views are not allowed on temporary tables, such as '" + table->name + "'.");
+    }
+  }
+  view.columns = newColumns(query, statement.columns, view.name, statement.view.position);
+  const std::string sql = "CREATE VIEW " + view.engineName + " (" + quotedNames(view.columns) +
+                          ") AS " + queryText(context, query, typesOf(query));
+  return {std::move(view), {sql}};
+}
+
+SelectInto translateSelectInto(Context& context, const Query& query, const QualifiedName& into) {
+  const BoundQuery bound = bindQuery(context, nullptr, query);
+  TableInfo table = newTable(context, into);
+  table.columns = newColumns(bound, {}, table.name, into.position);
+  std::string sql = createWords(table) + table.engineName + " AS SELECT " +
+                    typedNames(table.columns) + " FROM (" + orderedQueryText(context, bound) +
+                    ") AS q(" + quotedNames(table.columns) + ")";
+  return {std::move(table), std::move(sql)};
+}
+
+DropTables translateDropTable(Context& context, const DropTableStatement& statement) {
+  DropTables result;
+  for (const QualifiedName& name : statement.tables) {
+    addDropped(context, result, name, false, statement.ifExists);
+  }
+  return result;
+}
+
+DropTables translateDropView(Context& context, const DropViewStatement& statement) {
+  DropTables result;
+  for (const QualifiedName& name : statement.views) {
+    addDropped(context, result, name, true, statement.ifExists);
+  }
+  return result;
+}
+
+IndexChange translateCreateIndex(Context& context, const CreateIndexStatement& statement) {
+  const TableInfo& table = requireTable(context, statement.table);
+  requireChangeable(context, table, statement.table.position);
+  std::vector<std::string> columns;
+  for (const IndexColumn& column : statement.columns) {
+    columns.push_back(requireColumn(table, column.name, statement.table.position).name);
+  }
+  if (!statement.unique) return {};
+  IndexChange change{{}, table};
+  change.table->uniqueIndexes.push_back({statement.name, std::move(columns)});
+  change.sql.push_back(uniqueIndexSql(table, change.table->uniqueIndexes.back()));
+  return change;
+}
+
+IndexChange translateDropIndex(Context& context, const DropIndexStatement& statement) {
+  const TableInfo& table = requireTable(context, statement.table);
+  requireChangeable(context, table, statement.table.position);
+  const std::string schema = table.temporary ? "temp." : "main.";
+  IndexChange change{{"DROP INDEX IF EXISTS " + schema + indexName(table, statement.name)}, table};
+  std::erase_if(change.table->uniqueIndexes,
+                [&](const UniqueIndex& index) { return sameName(index.name, statement.name); });
+  return change;
+}
+
+}  // namespace velmora::tsql
