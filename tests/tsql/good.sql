@@ -25,7 +25,7 @@ select 1 from t where a < > 1 and b > = 2 and c ! = 3 and (a) = (b) and ((a = b)
 -- Literals
 select 1, 1.10, .5, 1., 1e3, 1.5E-3, 0x1F, 0x, 'it''s', N'应收', n'x', '', null, ?, @v, @@ROWCOUNT, ?
 --> SELECT 1, 1.10, .5, 1., 1e3, 1.5E-3, 0x1F, 0x, 'it''s', N'应收', N'x', '', NULL, ?, @v, @@rowcount, ?;
-select 1else_, 2e, 3.a
+select 1else_, 2 e, 3.a
 --> SELECT 1 AS else_, 2 AS e, 3. AS a;
 
 -- Case, conversions, calls

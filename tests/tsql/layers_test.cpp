@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 /// The front end's stages, each of which may include those before it; the files beside them
 /// come last.
 constexpr auto kStages =
-    std::to_array<std::string_view>({"syntax/", "engine/", "binding/", "output/"});
+    std::to_array<std::string_view>({"syntax/", "engine/", "values/", "binding/", "output/"});
 
 std::ptrdiff_t stageOf(std::string_view file) {
   return std::ranges::find_if(kStages, [&](auto stage) { return file.starts_with(stage); }) -

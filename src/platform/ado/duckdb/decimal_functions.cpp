@@ -42,6 +42,36 @@ std::optional<UInt256> product(uint128 left, uint128 right, int dropped) {
   return quotient(add(shorter, {0, 5}), 10);
 }
 
+/// A value at a scale, its sign apart.
+struct Signed {
+  UInt256 magnitude;
+  bool negative = false;
+};
+
+/// left + right at the larger of both scales: at most 39 digits more than either has.
+Signed sum(int128 left, int128 right, int leftScale, int rightScale) {
+  const int scale = std::max(leftScale, rightScale);
+  const UInt256 a = multiply(magnitude(left), powerOfTen(scale - leftScale));
+  const UInt256 b = multiply(magnitude(right), powerOfTen(scale - rightScale));
+  if ((left < 0) == (right < 0)) return {add(a, b), left < 0};
+  return a >= b ? Signed{subtract(a, b), left < 0} : Signed{subtract(b, a), right < 0};
+}
+
+/// What is left of left when right is taken off as often as it goes; the sign is left's.
+Signed rest(int128 left, int128 right, int leftScale, int rightScale) {
+  const int scale = std::max(leftScale, rightScale);
+  const UInt256 a = multiply(magnitude(left), powerOfTen(scale - leftScale));
+  const UInt256 b = multiply(magnitude(right), powerOfTen(scale - rightScale));
+  return {divide(a, b).remainder, left < 0};
+}
+
+/// The value with `dropped` digits less, rounded half away from zero.
+UInt256 shortened(const UInt256& value, int dropped) {
+  if (dropped <= 0) return value;
+  const UInt256 shorter = quotient(value, powerOfTen(dropped - 1));
+  return quotient(add(shorter, {0, 5}), 10);
+}
+
 /// |left / right| with the dividend's coefficient moved by `exponent` digits. nullopt
 /// when the moved dividend alone is longer than 256 bits: the quotient has more than 38
 /// digits then.
@@ -61,6 +91,51 @@ int128 widened(const duckdb_hugeint& value) {
 
 duckdb_hugeint narrowed(int128 value) {
   return {static_cast<std::uint64_t>(value), static_cast<std::int64_t>(value >> 64)};
+}
+
+bool divides(DecimalFunction::Operation operation) {
+  return operation == DecimalFunction::Operation::divide ||
+         operation == DecimalFunction::Operation::remainder;
+}
+
+/// The largest coefficient of the operation's result; money reaches one further below zero.
+uint128 limitOf(DecimalFunction::Operation operation, bool negative) {
+  using enum DecimalFunction::Operation;
+  if (operation == money) return uint128{INT64_MAX} + (negative ? 1 : 0);
+  if (operation == smallMoney) return uint128{INT32_MAX} + (negative ? 1 : 0);
+  return kLimit - 1;
+}
+
+std::optional<Signed> result(const DecimalFunction& function, int128 left, int128 right) {
+  using enum DecimalFunction::Operation;
+  const int a = function.leftScale, b = function.rightScale;
+  const bool negative = (left < 0) != (right < 0);
+  const int beyond = std::max(a, b) - function.resultScale;
+  switch (function.operation) {
+    case divide: {
+      const auto quotient = ratio(magnitude(left), magnitude(right), function.resultScale + b - a);
+      if (!quotient) return std::nullopt;
+      return Signed{*quotient, negative};
+    }
+    case add:
+    case subtract: {
+      const Signed exact = sum(left, function.operation == add ? right : -right, a, b);
+      return Signed{shortened(exact.magnitude, beyond), exact.negative};
+    }
+    case remainder: {
+      const Signed exact = rest(left, right, a, b);
+      return Signed{shortened(exact.magnitude, beyond), exact.negative};
+    }
+    case money:
+    case smallMoney:
+      right = 1;
+      break;
+    case multiply:
+      break;
+  }
+  const auto exact = product(magnitude(left), magnitude(right), a + b - function.resultScale);
+  if (!exact) return std::nullopt;
+  return Signed{*exact, (left < 0) != (right < 0)};
 }
 
 bool isValid(const std::uint64_t* validity, idx_t row) {
@@ -90,8 +165,7 @@ std::string_view Call::run() const {
       continue;
     }
     const auto divisor = widened(rightValues[row]);
-    if (divisor == 0 && function.operation == DecimalFunction::Operation::divide)
-      return tsql::kDivideByZero;
+    if (divisor == 0 && divides(function.operation)) return tsql::kDivideByZero;
     const auto result = exactResult(function, widened(leftValues[row]), divisor);
     if (!result) return tsql::kArithmeticOverflow;
     results[row] = narrowed(*result);
@@ -116,15 +190,11 @@ LogicalType decimalType(int scale) {
 }  // namespace
 
 std::optional<int128> exactResult(const DecimalFunction& function, int128 left, int128 right) {
-  const bool negative = (left < 0) != (right < 0);
-  const auto result = function.operation == DecimalFunction::Operation::multiply
-                          ? product(magnitude(left), magnitude(right),
-                                    function.leftScale + function.rightScale - function.resultScale)
-                          : ratio(magnitude(left), magnitude(right),
-                                  function.resultScale + function.rightScale - function.leftScale);
-  if (!result || result->high != 0 || result->low >= kLimit) return std::nullopt;
-  const auto value = static_cast<int128>(result->low);
-  return negative ? -value : value;
+  const auto exact = result(function, left, right);
+  if (!exact || exact->magnitude.high != 0) return std::nullopt;
+  if (exact->magnitude.low > limitOf(function.operation, exact->negative)) return std::nullopt;
+  const auto value = static_cast<int128>(exact->magnitude.low);
+  return exact->negative ? -value : value;
 }
 
 void DecimalFunctions::require(const DecimalFunction& function) {

@@ -10,8 +10,8 @@
 
 namespace velmora::ado::embedded {
 
-/// The function's result for two coefficients: a product rounded half away from zero, a
-/// quotient cut towards zero, at the function's result scale. nullopt beyond 38 digits.
+/// The function's result for two coefficients: a quotient cut towards zero, any other rounded
+/// half away from zero, at the function's result scale. nullopt beyond 38 digits or the range.
 /// A divisor must not be zero.
 std::optional<collections::int128> exactResult(const tsql::DecimalFunction& function,
                                                collections::int128 left, collections::int128 right);

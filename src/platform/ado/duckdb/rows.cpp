@@ -1,6 +1,8 @@
 #include "platform/ado/duckdb/rows.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cstdint>
 #include <string_view>
 
@@ -151,11 +153,20 @@ void fillNumbers(const Slice& slice, const Column& column) {
   throwUnexpected(column);
 }
 
+/// The double that is written with the same digits as the real.
+double shownDouble(float value) {
+  std::array<char, 32> digits;
+  const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+  double shown = 0;
+  std::from_chars(digits.data(), written.ptr, shown);
+  return shown;
+}
+
 void fillApproximate(const Slice& slice, const Column& column) {
   if (column.physical == DUCKDB_TYPE_DOUBLE)
     return slice.fill<double>([](double raw) { return Variant(raw); });
   if (column.physical == DUCKDB_TYPE_FLOAT)
-    return slice.fill<float>([](float raw) { return Variant(static_cast<double>(raw)); });
+    return slice.fill<float>([](float raw) { return Variant(shownDouble(raw)); });
   throwUnexpected(column);
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/tsql/binding/bind_expression.h"
 #include "platform/tsql/binding/conversions/conversion.h"
+#include "platform/tsql/binding/conversions/conversion_number.h"
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/types/type_rules.h"
 #include "platform/tsql/binding/types/typed_sql.h"
@@ -50,22 +51,51 @@ std::string infix(ArithmeticOperator op, std::string_view left, std::string_view
   return sql.append(left).append(" ").append(symbol(op)).append(" ").append(right).append(")");
 }
 
-bool surelyNotZero(const Bound& value) {
-  return value.constant && !value.constant->isNull() && value.constant->toDecimal().sign() != 0;
+/// Whether a divisor is neither zero nor -1, which takes the smallest integer beyond its type.
+bool isSafeDivisor(const Bound& value) {
+  if (!value.constant || value.isNull()) return false;
+  const auto number = value.constant->toDecimal();
+  return !number.isZero() && number != Decimal(-1);
+}
+
+/// What SQL Server calls an operator in its errors.
+std::string_view word(ArithmeticOperator op) {
+  switch (op) {
+    case ArithmeticOperator::Add:
+      return "add";
+    case ArithmeticOperator::Subtract:
+      return "subtract";
+    case ArithmeticOperator::Multiply:
+      return "multiply";
+    case ArithmeticOperator::Divide:
+      return "divide";
+    case ArithmeticOperator::Modulo:
+      return "modulo";
+    default:
+      return symbol(op);
+  }
+}
+
+[[noreturn]] void refuseTypes(ArithmeticOperator op, const SqlType& left, const SqlType& right,
+                              Position position) {
+  raiseAt(position, 402,
+          "The data types " + declaration(left) + " and " + declaration(right) +
+              " are incompatible in the " + std::string(word(op)) + " operator.");
 }
 
 bool eitherCanFail(const Bound& a, const Bound& b) {
   return a.canFail || b.canFail;
 }
 
-/// Integers: division cuts towards zero, a zero divisor is error 8134.
+/// Integers: division cuts towards zero, a zero divisor is error 8134, a result beyond the
+/// operands' type 8115.
 Bound integerOperation(Context& context, ArithmeticOperator op, const Bound& left,
                        const Bound& right, Position position) {
-  SqlType type = commonType(left.type, right.type);
-  if (type.kind == SqlKind::bit && !isBitwise(op)) type = SqlType::integer();
+  const SqlType type = commonType(left.type, right.type);
+  if (type.kind == SqlKind::bit && !isBitwise(op)) refuseTypes(op, left.type, right.type, position);
   const Bound a = convertTo(context, left, type, position);
   const Bound b = convertTo(context, right, type, position);
-  if (!isDivision(op) || surelyNotZero(b)) {
+  if (!isDivision(op) || isSafeDivisor(b)) {
     return computed(infix(op, a.sql, b.sql), type, eitherCanFail(a, b));
   }
   const bool quotient = op == ArithmeticOperator::Divide;
@@ -76,26 +106,20 @@ Bound integerOperation(Context& context, ArithmeticOperator op, const Bound& lef
 
 Bound floatOperation(Context& context, ArithmeticOperator op, const Bound& left, const Bound& right,
                      Position position) {
-  const SqlType type = left.type.isApproximate() && right.type.isApproximate()
-                           ? commonType(left.type, right.type)
-                           : SqlType::floating();
+  const SqlType type = commonType(left.type, right.type);
+  if (op == ArithmeticOperator::Modulo) refuseTypes(op, left.type, right.type, position);
   const Bound a = convertTo(context, left, type, position);
   const Bound b = convertTo(context, right, type, position);
-  const bool divides = op == ArithmeticOperator::Divide;
-  if (divides && b.constant && !b.isNull() && b.constant->toDouble() != 0) {
-    return computed("(" + a.sql + " / " + b.sql + ")", type, eitherCanFail(a, b));
-  }
-  if (divides) {
-    return computed(castSql(engine::ratio(a.sql, b.sql), type), type, true);
-  }
-  if (op == ArithmeticOperator::Modulo) refuse(position, "% of float values");
-  return computed(infix(op, a.sql, b.sql), type, eitherCanFail(a, b));
+  const bool real = type.kind == SqlKind::real;
+  const std::string sql =
+      op == ArithmeticOperator::Divide ? engine::ratio(a.sql, b.sql) : infix(op, a.sql, b.sql);
+  return computed(engine::finite(real ? castSql(sql, type) : sql, real), type, true);
 }
 
-/// An integer constant beside a decimal counts as a decimal just wide enough.
+/// An integer as written beside a decimal counts as a decimal just wide enough.
 Bound asDecimalOperand(Context& context, const Bound& value, Position position) {
   if (value.type.isDecimal()) return value;
-  if (!value.constant || value.isNull()) {
+  if (!value.literal) {
     return convertTo(context, value, asDecimal(value.type), position);
   }
   const std::string digits = value.constant->toDecimal().abs().toString();
@@ -115,32 +139,48 @@ Bound decimalFunction(ExpressionBinder& binder, DecimalFunction::Operation opera
   return result;
 }
 
-/// Whether the engine's own product is the answer: where all digits of the fraction stay.
-bool nativeProduct(const SqlType& a, const SqlType& b, const SqlType& type) {
-  return type.scale == a.scale + b.scale;
+/// Whether the engine's own arithmetic gives the answer: where no digit of the fraction is cut
+/// and it has room for both operands at the same scale.
+bool isNative(ArithmeticOperator op, const SqlType& a, const SqlType& b, const SqlType& type) {
+  if (op == ArithmeticOperator::Multiply) return type.scale == a.scale + b.scale;
+  const int scale = std::max(a.scale, b.scale);
+  return type.scale == scale &&
+         std::max(a.precision - a.scale, b.precision - b.scale) + scale <= Decimal::kMaxDigits;
+}
+
+DecimalFunction::Operation exactOperation(ArithmeticOperator op) {
+  using Operation = DecimalFunction::Operation;
+  switch (op) {
+    case ArithmeticOperator::Divide:
+      return Operation::divide;
+    case ArithmeticOperator::Modulo:
+      return Operation::remainder;
+    case ArithmeticOperator::Add:
+      return Operation::add;
+    case ArithmeticOperator::Subtract:
+      return Operation::subtract;
+    default:
+      return Operation::multiply;
+  }
 }
 
 Bound decimalOperation(ExpressionBinder& binder, ArithmeticOperator op, const Bound& left,
                        const Bound& right, Position position) {
-  const Bound a = asDecimalOperand(binder.context(), left, position);
-  const Bound b = asDecimalOperand(binder.context(), right, position);
-  const SqlType answer = staysMoney(left.type, right.type) ? SqlType::of(SqlKind::money)
-                                                           : decimalResult(op, a.type, b.type);
-  if (op == ArithmeticOperator::Divide) {
-    return decimalFunction(binder, DecimalFunction::Operation::divide, a, b, answer);
+  Context& context = binder.context();
+  const Bound a = asDecimalOperand(context, left, position);
+  const Bound b = asDecimalOperand(context, right, position);
+  const bool money = staysMoney(left.type, right.type);
+  const SqlType answer = money ? SqlType::of(commonType(left.type, right.type).kind)
+                               : decimalResult(op, a.type, b.type);
+  const bool native = !isDivision(op) || (op == ArithmeticOperator::Modulo && isSafeDivisor(b));
+  Bound result;
+  if (native && isNative(op, a.type, b.type, answer)) {
+    result = computed(infix(op, a.sql, b.sql), answer, eitherCanFail(a, b));
+    result.exact = false;
+  } else {
+    result = decimalFunction(binder, exactOperation(op), a, b, answer);
   }
-  if (op == ArithmeticOperator::Multiply && !nativeProduct(a.type, b.type, answer)) {
-    return decimalFunction(binder, DecimalFunction::Operation::multiply, a, b, answer);
-  }
-  std::string sql = infix(op, a.sql, b.sql);
-  bool canFail = eitherCanFail(a, b);
-  if (op == ArithmeticOperator::Modulo && !surelyNotZero(b)) {
-    sql = engine::remainder(a.sql, b.sql);
-    canFail = true;
-  }
-  Bound result = computed(std::move(sql), answer, canFail);
-  result.exact = false;
-  return result;
+  return money ? inMoneyRange(context, result, answer) : result;
 }
 
 Bound concatenation(const Bound& left, const Bound& right) {
@@ -175,19 +215,42 @@ Bound dateOperation(ArithmeticOperator op, const Bound& left, const Bound& right
               std::string(op == ArithmeticOperator::Divide ? "/" : symbol(op)) + "'.");
 }
 
-Bound negated(const Bound& value) {
-  if (value.constant && value.type.isExact() && !value.isNull()) {
-    Bound result = constantOf(-value.constant->toDecimal(), value.type);
-    if (value.type.isInteger()) {
-      return constantOf((-value.constant->toDecimal()).toInt64(), value.type);
-    }
-    result.sql = "(" + result.constant->toDecimal().toString() + ")";
-    result.exact = false;
+/// The negative of a number as written stays one.
+Bound negatedLiteral(const Bound& value) {
+  if (value.type.isInteger()) {
+    Bound result = constantOf(-value.constant->toInt64(), value.type);
+    result.literal = true;
     return result;
   }
-  Bound result = computed("(-" + value.sql + ")", value.type, value.canFail);
-  result.exact = value.exact;
+  Bound result = constantOf(-value.constant->toDecimal(), value.type);
+  result.sql = "(" + result.constant->toDecimal().toString() + ")";
+  result.exact = false;
+  result.literal = true;
   return result;
+}
+
+Bound negated(Context& context, const Bound& value, Position position) {
+  if (value.literal) return negatedLiteral(value);
+  const bool unsignedType = value.type.kind == SqlKind::tinyInt;
+  const SqlType type = unsignedType ? SqlType::of(SqlKind::smallInt) : value.type;
+  const Bound number = convertTo(context, value, type, position);
+  Bound result = computed("(-" + number.sql + ")", type, number.canFail || type.isInteger());
+  result.exact = number.exact;
+  return result;
+}
+
+/// The other value of a bit; all bits of an integer turned.
+Bound inverted(const Bound& value) {
+  const bool bit = value.type.kind == SqlKind::bit;
+  const std::string sql = bit ? "(1 - " + value.sql + ")" : "(~" + value.sql + ")";
+  return computed(castSql(sql, value.type), value.type, value.canFail);
+}
+
+/// The type of `left op right` where one of them is NULL.
+SqlType resultType(ArithmeticOperator op, const SqlType& left, const SqlType& right) {
+  const SqlType common = commonType(left, right);
+  if (common.kind != SqlKind::decimal) return common;
+  return decimalResult(op, asDecimal(left), asDecimal(right));
 }
 
 }  // namespace
@@ -211,10 +274,13 @@ Bound bindOperator(ExpressionBinder& binder, ArithmeticOperator op, Bound left, 
   if (right.type.kind == SqlKind::untypedNull)
     right = convertTo(binder.context(), right, left.type, position);
   if (left.type.kind == SqlKind::untypedNull) return left;
+  if (left.isNull() || right.isNull()) {
+    return constantOf(collections::Null{}, resultType(op, left.type, right.type));
+  }
   if (left.type.isInteger() && right.type.isInteger()) {
     return integerOperation(binder.context(), op, left, right, position);
   }
-  if (isBitwise(op)) refuseOperator(op, commonType(left.type, right.type), position);
+  if (isBitwise(op)) refuseTypes(op, left.type, right.type, position);
   if (left.type.isApproximate() || right.type.isApproximate()) {
     return floatOperation(binder.context(), op, left, right, position);
   }
@@ -232,18 +298,24 @@ Bound bindArithmetic(ExpressionBinder& binder, const ArithmeticExpression& arith
 
 Bound bindUnary(ExpressionBinder& binder, const Expression& expression,
                 const UnaryExpression& unary) {
-  Bound value = binder.bind(*unary.operand);
-  if (value.type.isText() || value.type.isDate()) {
+  const Bound value = binder.bind(*unary.operand);
+  const auto refuse = [&](std::string_view name) {
     raiseAt(expression.position, 8117,
-            "Operand data type " + declaration(value.type) + " is invalid for a sign.");
+            "Operand data type " + declaration(value.type) + " is invalid for " +
+                std::string(name) + " operator.");
+  };
+  const bool untyped = value.type.kind == SqlKind::untypedNull;
+  switch (unary.op) {
+    case UnaryOperator::Plus:
+      if (value.type.isDate()) refuse("plus");
+      return value;
+    case UnaryOperator::Minus:
+      if (!untyped && (!value.type.isNumber() || value.type.kind == SqlKind::bit)) refuse("minus");
+      return value.isNull() ? value : negated(binder.context(), value, expression.position);
+    default:
+      if (!untyped && !value.type.isInteger()) refuse("'~'");
+      return value.isNull() ? value : inverted(value);
   }
-  if (unary.op == UnaryOperator::Plus || value.isNull()) return value;
-  if (unary.op == UnaryOperator::Minus) return negated(value);
-  if (!value.type.isInteger()) {
-    raiseAt(expression.position, 8117,
-            "Operand data type " + declaration(value.type) + " is invalid for operator '~'.");
-  }
-  return computed("(~" + value.sql + ")", value.type, value.canFail);
 }
 
 }  // namespace velmora::tsql

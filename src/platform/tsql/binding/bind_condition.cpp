@@ -30,10 +30,16 @@ std::string negation(bool negated) {
   return negated ? " NOT" : "";
 }
 
+/// Whether the common type has all decimals of the value's. Where both together need more than
+/// 38 digits it has fewer, and the value is rounded before it is compared.
+bool keepsDecimals(const SqlType& type, const SqlType& common) {
+  return common.kind != SqlKind::decimal || type.scale <= common.scale;
+}
+
 }  // namespace
 
 Bound comparand(Context& context, const Bound& value, const SqlType& common, Position position) {
-  if (common.isNumber() && value.type.isNumber()) return value;
+  if (common.isNumber() && value.type.isNumber() && keepsDecimals(value.type, common)) return value;
   Bound converted = convertTo(context, value, common, position);
   if (common.isText()) converted.sql = keySql(converted);
   return converted;

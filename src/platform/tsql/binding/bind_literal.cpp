@@ -24,6 +24,7 @@ SqlType literalType(const Decimal& number) {
 
 Bound decimalConstant(const Decimal& number) {
   Bound bound = constantOf(number, literalType(number));
+  if (bound.type.precision == Decimal::kMaxDigits) return bound;
   bound.sql = number.toString();
   bound.exact = false;
   return bound;
@@ -44,8 +45,10 @@ Decimal parseNumber(const Expression& expression, std::string_view text) {
 
 Bound bindInteger(const Expression& expression, const IntegerLiteral& literal) {
   const Decimal number = parseNumber(expression, literal.digits);
-  if (number <= Decimal(INT32_MAX)) return constantOf(number.toInt64(), SqlType::integer());
-  return decimalConstant(number);
+  if (number > Decimal(INT32_MAX)) return decimalConstant(number);
+  Bound bound = constantOf(number.toInt64(), SqlType::integer());
+  bound.literal = true;
+  return bound;
 }
 
 Bound bindDecimal(const Expression& expression, const DecimalLiteral& literal) {

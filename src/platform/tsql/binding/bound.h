@@ -18,6 +18,9 @@ struct Bound {
   bool canFail = false;
   /// DuckDB gives it exactly engineType(type), no cast is needed where that matters.
   bool exact = true;
+  /// A number as written in the statement: beside a decimal it is just as wide as its digits,
+  /// where variables, parameters and casts are as wide as their types.
+  bool literal = false;
   /// The value of a constant.
   std::optional<collections::Variant> constant;
 

@@ -21,49 +21,19 @@ std::string filled(std::string_view form, std::initializer_list<std::string_view
   return sql += ")";
 }
 
-std::string guardedDivision(std::string_view a, std::string_view op, std::string_view b) {
-  return filled("CASE WHEN $3 = 0 THEN error($4) ELSE $1 $2 $3 END",
-                {a, op, b, quoteText(kDivideByZero)});
-}
-
 }  // namespace
 
 std::string quotient(std::string_view a, std::string_view b) {
-  return guardedDivision(a, "//", b);
+  return filled("velmora_quotient($1, $2)", {a, b});
 }
 std::string remainder(std::string_view a, std::string_view b) {
-  return guardedDivision(a, "%", b);
+  return filled("velmora_remainder($1, $2)", {a, b});
 }
 std::string ratio(std::string_view a, std::string_view b) {
-  return guardedDivision(a, "/", b);
+  return filled("velmora_ratio($1, $2)", {a, b});
 }
-
-std::string wholeNumber(std::string_view text, std::string_view target) {
-  return filled("velmora_whole_number($1, '$2')", {text, target});
-}
-
-std::string decimalText(std::string_view text, std::string_view target) {
-  return filled(
-      "CASE WHEN regexp_full_match(trim($1), '[+-]?([0-9]+[.]?[0-9]*|[.][0-9]+)') THEN trim($1)"
-      " WHEN $1 IS NOT NULL THEN"
-      " error('8114: Error converting the text value ''' || $1 || ''' to data type $2.') END",
-      {text, target});
-}
-
-std::string textToBit(std::string_view text) {
-  return filled(
-      "CASE WHEN lower(trim($1)) = 'true' THEN 1 WHEN lower(trim($1)) = 'false' THEN 0"
-      " ELSE CAST($2 <> 0 AS INTEGER) END",
-      {text, wholeNumber(text, "bit")});
-}
-
-std::string textToFloat(std::string_view text, std::string_view target) {
-  return filled(
-      "CASE WHEN trim($1) = '' THEN 0"
-      " WHEN try_cast(trim($1) AS DOUBLE) IS NOT NULL THEN try_cast(trim($1) AS DOUBLE)"
-      " WHEN $1 IS NOT NULL THEN"
-      " error('8114: Error converting the text value ''' || $1 || ''' to data type $2.') END",
-      {text, target});
+std::string finite(std::string_view value, bool real) {
+  return filled(real ? "velmora_finite_real($1)" : "velmora_finite($1)", {value});
 }
 
 std::string tryTextToDateTime(std::string_view text) {

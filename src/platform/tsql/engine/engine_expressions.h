@@ -9,18 +9,12 @@
 /// text beginning with SQL Server's number. NULL in, NULL out.
 namespace velmora::tsql::engine {
 
-/// a // b, a % b and a / b; a zero divisor is error 8134.
+/// a / b cut towards zero, a % b, and a / b of floats; see values/arithmetic.h.
 std::string quotient(std::string_view a, std::string_view b);
 std::string remainder(std::string_view a, std::string_view b);
 std::string ratio(std::string_view a, std::string_view b);
-
-/// A text as a BIGINT; see values/whole_numbers.h. `target` is the name of the type wanted.
-std::string wholeNumber(std::string_view text, std::string_view target);
-/// A text checked to be a decimal, still as a text. Error 8114.
-std::string decimalText(std::string_view text, std::string_view target);
-/// A text as 0 or 1, and as a DOUBLE.
-std::string textToBit(std::string_view text);
-std::string textToFloat(std::string_view text, std::string_view target);
+/// A float, or a real, that is not beyond the type's range: error 8115.
+std::string finite(std::string_view value, bool real);
 
 /// A text as a TIMESTAMP; NULL, or error 241, when it is none.
 std::string tryTextToDateTime(std::string_view text);

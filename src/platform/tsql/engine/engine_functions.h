@@ -5,14 +5,15 @@
 
 namespace velmora::tsql {
 
-/// A product or quotient of decimals that DuckDB's own arithmetic cannot give exactly.
+/// Arithmetic of decimals that DuckDB's own cannot give exactly.
 /// The provider registers it as a scalar function
 ///   name(DECIMAL(38,leftScale), DECIMAL(38,rightScale)) -> DECIMAL(38,resultScale)
 /// NULL in, NULL out. The exact result is cut (quotient) or rounded half away from zero
-/// (product) at resultScale. Errors, by text: divisor zero kDivideByZero, more than 38
-/// digits kArithmeticOverflow.
+/// (all others) at resultScale. `money` and `smallMoney` are the left value in the range of
+/// the type, whatever the right one. Errors, by text: divisor zero kDivideByZero, more than
+/// 38 digits, or beyond the range, kArithmeticOverflow.
 struct DecimalFunction {
-  enum class Operation { multiply, divide };
+  enum class Operation { multiply, divide, add, subtract, remainder, money, smallMoney };
   Operation operation = Operation::divide;
   int leftScale = 0;
   int rightScale = 0;

@@ -208,6 +208,9 @@ Token Lexer::scanNumber() {
   const std::size_t mantissa = charAt(whole) == '.' ? digitsEnd(whole + 1) : whole;
   const std::size_t end = exponentEnd(mantissa);
   if (end != mantissa) return take(TokenKind::Float, end);
+  const bool loneExponent =
+      asciiLower(charAt(mantissa)) == 'e' && !isAsciiLetter(charAt(mantissa + 1));
+  if (loneExponent) throw SyntaxError(position_, "an exponent without digits");
   return take(mantissa == whole ? TokenKind::Integer : TokenKind::Decimal, end);
 }
 

@@ -24,9 +24,9 @@ Bound retyped(const Bound& value, const SqlType& type) {
 
 Bound toText(const Bound& value, const SqlType& type, Position position, std::optional<int> style) {
   if (value.type.isText()) return cutTo(value, type);
-  Bound text =
-      value.type.isDate() ? dateText(value, style.value_or(0), position) : numberText(value);
-  return cutTo(text, type);
+  return cutTo(value.type.isDate() ? dateText(value, style.value_or(0), position)
+                                   : numberToText(value, type, style.value_or(0)),
+               type);
 }
 
 Bound convert(Context& context, const Bound& value, const SqlType& type, Position position,
@@ -43,7 +43,8 @@ Bound convert(Context& context, const Bound& value, const SqlType& type, Positio
     refuseConversion(value, type, position);
   }
   if (value.type.isDate()) refuseConversion(value, type, position);
-  return value.type.isText() ? textToNumber(value, type) : numberToNumber(context, value, type);
+  return value.type.isText() ? textToNumber(context, value, type)
+                             : numberToNumber(context, value, type);
 }
 
 }  // namespace
@@ -56,12 +57,15 @@ Bound convertTo(Context& context, const Bound& value, const SqlType& type, Posit
 
 Bound castTo(Context& context, const Bound& value, const SqlType& type, Position position,
              std::optional<int> style) {
-  return convert(context, value, type, position, style);
+  Bound result = convert(context, value, type, position, style);
+  result.literal = false;
+  return result;
 }
 
 Bound assignTo(Context& context, const Bound& value, const SqlType& type, std::string_view column,
                Position position) {
   if (type.isText() && !value.isNull() && value.type.kind != SqlKind::untypedNull) {
+    if (value.type.isNumber()) return convert(context, value, type, position, std::nullopt);
     const SqlType unlimited = SqlType::nvarchar(SqlType::kMaxLength);
     const Bound text =
         value.type.isText() ? value : convert(context, value, unlimited, position, std::nullopt);

@@ -1,9 +1,11 @@
 #include "platform/tsql/binding/conversions/conversion_number.h"
 
 #include "platform/tsql/binding/names/name_rules.h"
+#include "platform/tsql/binding/types/type_rules.h"
 #include "platform/tsql/binding/types/typed_sql.h"
-#include "platform/tsql/engine/engine_expressions.h"
 #include "platform/tsql/engine/sql_text.h"
+#include "platform/tsql/values/text_number.h"
+#include "platform/tsql/values/value_error.h"
 
 namespace velmora::tsql {
 namespace {
@@ -11,53 +13,33 @@ namespace {
 using collections::Decimal;
 using collections::Variant;
 
-std::string_view trimmed(std::string_view text) {
-  while (text.starts_with(' ')) text.remove_prefix(1);
-  while (text.ends_with(' ')) text.remove_suffix(1);
-  return text;
-}
-
-bool isWholeNumber(std::string_view text) {
-  if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
-  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
-}
-
-bool isLogical(std::string_view text) {
-  return sameName(text, "true") || sameName(text, "false");
-}
-
-/// The number a constant text stands for; nullopt when it is none of the type.
-std::optional<Decimal> numberOf(std::string_view text, const SqlType& type) {
-  text = trimmed(text);
-  if (text.empty()) return type.kind == SqlKind::decimal ? std::nullopt : std::optional(Decimal(0));
-  if (type.kind == SqlKind::bit && isLogical(text)) return Decimal(sameName(text, "true") ? 1 : 0);
-  if (type.isInteger() && !isWholeNumber(text)) return std::nullopt;
-  const bool exponent = text.find_first_of("eE") != std::string_view::npos;
-  if (type.isDecimal() && exponent) return std::nullopt;
-  return Decimal::tryParse(text);
-}
-
 /// The type's name without its size.
 std::string typeName(const SqlType& type) {
   const std::string text = declaration(type);
   return text.substr(0, text.find('('));
 }
 
-std::string failureText(std::string_view text, const Bound& value, const SqlType& type) {
-  if (!type.isInteger()) {
-    return "8114: Error converting data type " + typeName(value.type) + " to " + typeName(type) +
-           ": '" + std::string(text) + "'.";
+/// A text read as a number of the type by the engine.
+std::string readSql(Context& context, const Bound& value, const SqlType& type) {
+  const std::string& text = value.sql;
+  if (type.kind == SqlKind::bit) return "velmora_bit_number(" + text + ")";
+  if (type.isInteger()) return "velmora_whole_number(" + text + ", '" + typeName(type) + "')";
+  if (type.isApproximate()) return "velmora_float_number(" + text + ")";
+  if (!type.isMoney()) {
+    return "velmora_decimal_digits(" + text + ", " + std::to_string(type.precision) + ", " +
+           std::to_string(type.scale) + ")";
   }
-  return "245: Conversion failed when converting the " + typeName(value.type) + " value '" +
-         std::string(text) + "' to data type " + typeName(type) + ".";
+  const SqlType digits = SqlType::decimal(Decimal::kMaxDigits, type.scale);
+  const Bound read = computed(castSql("velmora_money_digits(" + text + ")", digits), digits, true);
+  return inMoneyRange(context, read, type).sql;
 }
 
-/// A number read by the engine, as wide as it may be, before it becomes the type.
-std::string readSql(const Bound& value, const SqlType& type) {
-  if (type.kind == SqlKind::bit) return engine::textToBit(value.sql);
-  if (type.isInteger()) return engine::wholeNumber(value.sql, typeName(type));
-  if (type.isDecimal()) return engine::decimalText(value.sql, typeName(type));
-  return engine::textToFloat(value.sql, typeName(type));
+/// The number that a constant text says; raises as the engine does for a row.
+Decimal readNumber(std::string_view text, const SqlType& type) {
+  if (type.kind == SqlKind::bit) return {values::bitNumber(text)};
+  if (type.isInteger()) return {values::wholeNumber(text, typeName(type))};
+  if (type.isMoney()) return Decimal::parse(values::moneyDigits(text));
+  return Decimal::parse(values::decimalDigits(text, type.precision, type.scale));
 }
 
 Bound constantNumber(const Decimal& number, const SqlType& type) {
@@ -74,6 +56,13 @@ int wholeDigits(const Decimal& number) {
                                                                                 : digits.find('.'));
 }
 
+bool isInt32(collections::int128 value) {
+  return value == static_cast<std::int32_t>(value);
+}
+bool isInt64(collections::int128 value) {
+  return value == static_cast<std::int64_t>(value);
+}
+
 /// Whether a constant can be folded without leaving the type's range.
 bool inRange(const Decimal& number, const SqlType& type) {
   switch (type.kind) {
@@ -85,8 +74,11 @@ bool inRange(const Decimal& number, const SqlType& type) {
       return number >= Decimal(INT32_MIN) && number <= Decimal(INT32_MAX);
     case SqlKind::bigInt:
       return number >= Decimal(INT64_MIN) && number <= Decimal(INT64_MAX);
-    case SqlKind::decimal:
+    case SqlKind::smallMoney:
+      return wholeDigits(number) <= 6 && isInt32(number.rounded(4).rescaled(4).coefficient());
     case SqlKind::money:
+      return wholeDigits(number) <= 15 && isInt64(number.rounded(4).rescaled(4).coefficient());
+    case SqlKind::decimal:
       return wholeDigits(number.rounded(type.scale)) <= type.precision - type.scale;
     default:
       return true;
@@ -102,9 +94,11 @@ Bound failing(const std::string& error, const SqlType& type) {
   return computed(raiseSql(error, type), type, true);
 }
 
-Bound foldNumber(const Decimal& number, const SqlType& type) {
+/// To an integer the fraction is cut, but that of money is rounded.
+Bound foldNumber(const Decimal& number, const SqlType& from, const SqlType& type) {
+  const bool whole = type.isInteger() && type.kind != SqlKind::bit;
   const Decimal fitting =
-      type.isInteger() && type.kind != SqlKind::bit ? number.truncated(0) : number;
+      !whole ? number : (from.isMoney() ? number.rounded(0) : number.truncated(0));
   if (!inRange(fitting, type)) return failing(overflowText(type), type);
   return constantNumber(fitting, type);
 }
@@ -112,26 +106,66 @@ Bound foldNumber(const Decimal& number, const SqlType& type) {
 std::string toIntegerSql(const Bound& value, const SqlType& type) {
   if (type.kind == SqlKind::bit) return castSql("(" + value.sql + " <> 0)", type);
   if (value.type.isInteger()) return castSql(value.sql, type);
-  return castSql("trunc(" + value.sql + ")", type);
+  return castSql((value.type.isMoney() ? "round(" : "trunc(") + value.sql + ")", type);
 }
 
 /// Whether the conversion cannot leave the range of `to`.
 bool surelyInRange(const SqlType& from, const SqlType& to) {
   if (to.isApproximate() || to.kind == SqlKind::bit) return true;
   if (from.isApproximate()) return false;
+  if (to.isMoney() && from.kind != to.kind) return to.precision > 10 && from.kind < SqlKind::bigInt;
   return to.precision - to.scale >= from.precision - from.scale &&
          (to.isDecimal() || to.kind >= from.kind);
 }
 
+/// The most characters that a number of the type takes.
+int widestText(const SqlType& type) {
+  if (type.isInteger()) return type.kind == SqlKind::bit ? 1 : type.precision + 1;
+  if (type.isMoney()) return 31;
+  if (type.isDecimal()) return type.precision + 3;
+  return 24;
+}
+
+/// Whole numbers that do not fit into a char or varchar are a star there.
+bool becomesStar(const SqlType& from, const SqlType& to) {
+  return from.kind < SqlKind::bigInt && !to.isNational();
+}
+
+std::string plainText(const Bound& value, int style) {
+  if (value.type.isApproximate()) {
+    return "velmora_float_text(" + castSql(value.sql, "DOUBLE") + ", " + std::to_string(style) +
+           ")";
+  }
+  const std::string digits = castSql(exactSql(value), "VARCHAR");
+  if (value.type.isMoney()) {
+    return "velmora_money_text(" + digits + ", " + std::to_string(style) + ")";
+  }
+  // The engine leaves out the zero before the point where no digit can stand there.
+  const bool bare = value.type.isDecimal() && value.type.precision == value.type.scale;
+  return bare ? "velmora_leading_zero(" + digits + ")" : digits;
+}
+
 }  // namespace
 
-Bound textToNumber(const Bound& value, const SqlType& type) {
-  if (value.constant) {
-    const std::string_view text = value.constant->text();
-    const auto number = numberOf(text, type);
-    return number ? foldNumber(*number, type) : failing(failureText(text, value, type), type);
+Bound textToNumber(Context& context, const Bound& value, const SqlType& type) {
+  if (!value.constant) return computed(castSql(readSql(context, value, type), type), type, true);
+  const std::string_view text = value.constant->text();
+  try {
+    if (type.isApproximate()) return constantOf(values::floatNumber(text), type);
+    return foldNumber(readNumber(text, type), type, type);
+  } catch (const values::ValueError& error) {
+    return failing(error.what(), type);
   }
-  return computed(castSql(readSql(value, type), type), type, true);
+}
+
+Bound inMoneyRange(Context& context, const Bound& value, const SqlType& type) {
+  const auto operation = type.kind == SqlKind::smallMoney ? DecimalFunction::Operation::smallMoney
+                                                          : DecimalFunction::Operation::money;
+  const std::string name = context.require({operation, value.type.scale, 0, type.scale});
+  const SqlType wide = SqlType::decimal(Decimal::kMaxDigits, value.type.scale);
+  return computed(
+      castSql(name + "(" + castSql(value.sql, wide) + ", CAST(1 AS DECIMAL(38,0)))", type), type,
+      true);
 }
 
 /// The engine's own cast to fewer decimals takes microseconds a value; the product with
@@ -145,7 +179,12 @@ std::string roundedSql(Context& context, const Bound& value, int scale) {
 
 Bound numberToNumber(Context& context, const Bound& value, const SqlType& type) {
   if (value.constant && value.type.isExact()) {
-    return foldNumber(value.constant->toDecimal(), type);
+    return foldNumber(value.constant->toDecimal(), value.type, type);
+  }
+  if (type.isMoney() && !surelyInRange(value.type, type)) {
+    const SqlType exact = value.type.isApproximate() ? SqlType::decimal(Decimal::kMaxDigits, 4)
+                                                     : asDecimal(value.type);
+    return inMoneyRange(context, computed(castSql(value.sql, exact), exact), type);
   }
   const bool rounds = value.type.isDecimal() && type.isDecimal() && type.scale < value.type.scale;
   const std::string source = rounds ? roundedSql(context, value, type.scale) : value.sql;
@@ -153,14 +192,21 @@ Bound numberToNumber(Context& context, const Bound& value, const SqlType& type) 
   return computed(std::move(sql), type, value.canFail || !surelyInRange(value.type, type));
 }
 
-Bound numberText(const Bound& value) {
-  const SqlType type = SqlType::varchar(value.type.isDecimal() ? value.type.precision + 2 : 24);
-  if (value.constant && value.type.isInteger()) return constantOf(value.constant->toText(), type);
-  std::string sql = value.sql;
-  if (value.type.kind == SqlKind::money) sql = castSql(sql, "DECIMAL(19,2)");
-  if (value.type.kind == SqlKind::decimal) sql = exactSql(value);
-  if (value.type.isApproximate()) return computed("printf('%g', " + sql + ")", type, value.canFail);
-  return computed(castSql(sql, "VARCHAR"), type, value.canFail);
+Bound numberToText(const Bound& value, const SqlType& type, int style) {
+  const auto widest = static_cast<std::int64_t>(widestText(value.type));
+  const bool fits = type.length == SqlType::kMaxLength || type.length >= widest;
+  const SqlType text = SqlType::varchar(fits ? widest : type.length);
+  if (value.constant && value.type.isInteger() && fits) {
+    return constantOf(value.constant->toText(), text);
+  }
+  if (fits) return computed(plainText(value, style), text, value.canFail);
+  const std::string room = std::to_string(type.length);
+  if (becomesStar(value.type, type)) {
+    return computed("velmora_integer_text(" + value.sql + ", " + room + ")", text, value.canFail);
+  }
+  return computed(
+      "velmora_room_for(" + plainText(value, style) + ", " + room + ", '" + typeName(type) + "')",
+      text, true);
 }
 
 }  // namespace velmora::tsql

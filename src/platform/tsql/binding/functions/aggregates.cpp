@@ -2,12 +2,14 @@
 #include <array>
 
 #include "platform/tsql/binding/aggregate_search.h"
+#include "platform/tsql/binding/conversions/conversion_number.h"
 #include "platform/tsql/binding/conversions/text_rules.h"
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/functions/functions.h"
 #include "platform/tsql/binding/order_rules.h"
 #include "platform/tsql/binding/types/type_rules.h"
 #include "platform/tsql/binding/types/typed_sql.h"
+#include "platform/tsql/engine/engine_expressions.h"
 #include "platform/tsql/engine/sql_text.h"
 
 namespace velmora::tsql {
@@ -37,7 +39,12 @@ Bound sum(const Aggregate& aggregate) {
   if (!argument.type.isNumber() || argument.type.kind == SqlKind::bit) refuseOperand(aggregate);
   Bound result =
       computed(aggregate.sql("sum", exactSql(argument)), sumType(argument.type), argument.canFail);
-  if (argument.type.kind != SqlKind::decimal && !argument.type.isApproximate()) {
+  if (argument.type.isApproximate()) {
+    result.sql = engine::finite(result.sql, false);
+  } else if (argument.type.isMoney()) {
+    const SqlType wide = SqlType::decimal(38, argument.type.scale);
+    return inMoneyRange(aggregate.call.binder().context(), computed(result.sql, wide), result.type);
+  } else if (argument.type.isInteger()) {
     result.sql = castSql(result.sql, result.type);
   }
   return result;

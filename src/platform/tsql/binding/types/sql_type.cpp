@@ -20,7 +20,7 @@ struct KindTraits {
   int bytes;
 };
 
-constexpr std::array<KindTraits, 17> kTraits = {{
+constexpr std::array<KindTraits, 18> kTraits = {{
     {"int", "INTEGER", 0, 0, ado::adInteger, 4},
     {"char", "VARCHAR", 0, 0, ado::adChar, 0},
     {"varchar", "VARCHAR", 0, 0, ado::adVarChar, 0},
@@ -32,6 +32,7 @@ constexpr std::array<KindTraits, 17> kTraits = {{
     {"smallint", "SMALLINT", 5, 0, ado::adSmallInt, 2},
     {"int", "INTEGER", 10, 0, ado::adInteger, 4},
     {"bigint", "BIGINT", 19, 0, ado::adBigInt, 8},
+    {"smallmoney", "", 10, 4, ado::adCurrency, 8},
     {"money", "", 19, 4, ado::adCurrency, 8},
     {"decimal", "", 18, 0, ado::adNumeric, 19},
     {"real", "FLOAT", 24, 0, ado::adSingle, 4},
@@ -102,8 +103,9 @@ SqlType sqlType(const DataType& written, std::int64_t lengthOmitted) {
       return SqlType::of(SqlKind::bigInt);
     case TypeKind::Decimal:
       return decimalType(written);
-    case TypeKind::Money:
     case TypeKind::SmallMoney:
+      return SqlType::of(SqlKind::smallMoney);
+    case TypeKind::Money:
       return SqlType::of(SqlKind::money);
     case TypeKind::Float:
       return SqlType::of(written.size.value_or(53) <= 24 ? SqlKind::real : SqlKind::floating);

@@ -23,6 +23,7 @@ enum class SqlKind : std::uint8_t {
   smallInt,
   integer,
   bigInt,
+  smallMoney,
   money,
   decimal,
   real,
@@ -59,8 +60,9 @@ struct SqlType {
   bool isNational() const noexcept { return kind == SqlKind::nchar || kind == SqlKind::nvarchar; }
   /// bit, tinyint, smallint, int and bigint.
   bool isInteger() const noexcept { return kind >= SqlKind::bit && kind <= SqlKind::bigInt; }
+  bool isMoney() const noexcept { return kind == SqlKind::smallMoney || kind == SqlKind::money; }
   /// decimal, numeric and money.
-  bool isDecimal() const noexcept { return kind == SqlKind::money || kind == SqlKind::decimal; }
+  bool isDecimal() const noexcept { return isMoney() || kind == SqlKind::decimal; }
   bool isExact() const noexcept { return isInteger() || isDecimal(); }
   bool isApproximate() const noexcept { return kind == SqlKind::real || kind == SqlKind::floating; }
   bool isNumber() const noexcept { return isExact() || isApproximate(); }

@@ -58,15 +58,14 @@ SqlType commonType(const SqlType& a, const SqlType& b) {
 }
 
 SqlType asDecimal(const SqlType& type) {
-  return type.kind == SqlKind::money ? type : SqlType::decimal(type.precision, type.scale);
+  return type.isMoney() ? type : SqlType::decimal(type.precision, type.scale);
 }
 
 bool staysMoney(const SqlType& a, const SqlType& b) {
   const auto moneyOrInteger = [](const SqlType& type) {
-    return type.kind == SqlKind::money || type.isInteger();
+    return type.isMoney() || type.isInteger();
   };
-  return (a.kind == SqlKind::money || b.kind == SqlKind::money) && moneyOrInteger(a) &&
-         moneyOrInteger(b);
+  return (a.isMoney() || b.isMoney()) && moneyOrInteger(a) && moneyOrInteger(b);
 }
 
 SqlType decimalResult(ArithmeticOperator op, const SqlType& a, const SqlType& b) {
@@ -92,6 +91,7 @@ SqlType sumType(const SqlType& type) {
   if (type.kind == SqlKind::decimal) return SqlType::decimal(kMaxPrecision, type.scale);
   if (type.isInteger()) return type.kind == SqlKind::bigInt ? type : SqlType::integer();
   if (type.isApproximate()) return SqlType::floating();
+  if (type.isMoney()) return SqlType::of(SqlKind::money);
   return type;
 }
 

@@ -16,9 +16,19 @@ std::string doubleText(double value) {
 }
 
 std::string integerSql(std::int64_t value, const SqlType& type) {
-  if (value == INT64_MIN) return castSql("'" + std::to_string(value) + "'", type);
+  // The engine reads a minus apart from its digits, which have no room without it.
+  if (value == INT64_MIN || value == INT32_MIN) {
+    return castSql("'" + std::to_string(value) + "'", type);
+  }
   const std::string digits = value < 0 ? "(" + std::to_string(value) + ")" : std::to_string(value);
   return type.kind == SqlKind::integer ? digits : castSql(digits, type);
+}
+
+/// As a text where the engine would read so many digits as a DOUBLE.
+std::string decimalSql(const collections::Decimal& value, const SqlType& type) {
+  const std::string digits = value.toString();
+  return castSql(type.precision < collections::Decimal::kMaxDigits ? digits : quoteText(digits),
+                 type);
 }
 
 }  // namespace
@@ -34,7 +44,7 @@ std::string literalSql(const collections::Variant& value, const SqlType& type) {
     return integerSql(
         value.type() == collections::VarType::boolean ? value.toBool() : value.toInt64(), type);
   }
-  if (type.isDecimal()) return castSql(value.toDecimal().toString(), type);
+  if (type.isDecimal()) return decimalSql(value.toDecimal(), type);
   if (type.isApproximate()) return castSql(doubleText(value.toDouble()), type);
   if (type.kind == SqlKind::date) return "DATE '" + value.toDate().toDateText() + "'";
   return "TIMESTAMP '" + value.toDate().toString() + "'";

@@ -1,0 +1,52 @@
+#include "platform/tsql/values/arithmetic.h"
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "platform/tsql/engine/engine_functions.h"
+#include "platform/tsql/values/value_error.h"
+
+namespace velmora::tsql::values {
+namespace {
+
+[[noreturn]] void raiseZeroDivisor() {
+  throw ValueError(std::string(kDivideByZero));
+}
+
+template <class Value>
+Value finiteValue(Value value, const char* type) {
+  if (std::isfinite(value)) return value;
+  throw ValueError(
+      std::string("8115: Arithmetic overflow error converting expression to data type ") + type +
+      ".");
+}
+
+}  // namespace
+
+std::int64_t quotient(std::int64_t a, std::int64_t b) {
+  if (b == 0) raiseZeroDivisor();
+  if (b == -1 && a == std::numeric_limits<std::int64_t>::min())
+    throw ValueError("8115: Arithmetic overflow error converting expression to data type bigint.");
+  return a / b;
+}
+
+std::int64_t remainder(std::int64_t a, std::int64_t b) {
+  if (b == 0) raiseZeroDivisor();
+  return b == -1 ? 0 : a % b;
+}
+
+double ratio(double a, double b) {
+  if (b == 0) raiseZeroDivisor();
+  return finite(a / b);
+}
+
+double finite(double value) {
+  return finiteValue(value, "float");
+}
+
+float finiteReal(float value) {
+  return finiteValue(value, "real");
+}
+
+}  // namespace velmora::tsql::values
