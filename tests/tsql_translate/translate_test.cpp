@@ -178,7 +178,7 @@ TEST_F(Translating, RefusesWithNameAndPlace) {
   EXPECT_EQ(errorOf("select 1\n  from t_x"), "208: Invalid object name 't_x'. (line 2, column 8)");
   EXPECT_EQ(errorOf("select FAccountID, FNo from t_account"),
             "207: Invalid column name 'FNo'. (line 1, column 20)");
-  EXPECT_THAT(errorOf("select newid()"), HasSubstr("'newid' is not a recognized"));
+  EXPECT_THAT(errorOf("select newsequentialid()"), HasSubstr("'newsequentialid' is not a recognized"));
   EXPECT_THAT(errorOf("select * from other.dbo.t_account"), HasSubstr("another database"));
   EXPECT_THAT(errorOf("select convert(varchar(10), getdate(), 999)"), HasSubstr("date style 999"));
   EXPECT_THAT(errorOf("select datepart(fortnight, getdate())"), HasSubstr("155: 'fortnight'"));

@@ -2,7 +2,9 @@
 
 #include "platform/ado/duckdb/scalar_adapter.h"
 #include "platform/tsql/values/arithmetic.h"
+#include "platform/tsql/values/like.h"
 #include "platform/tsql/values/number_text.h"
+#include "platform/tsql/values/text.h"
 #include "platform/tsql/values/text_number.h"
 
 namespace velmora::ado::embedded {
@@ -36,6 +38,28 @@ constexpr std::array kFunctions{
     named<values::moneyText>("velmora_money_text"),
     named<values::withLeadingZero>("velmora_leading_zero"),
     named<values::roomFor>("velmora_room_for"),
+    named<values::matchesPattern>("velmora_like"),
+    named<values::patternPlace>("velmora_pattern_place"),
+    named<values::substring>("velmora_substring"),
+    named<values::leftPart>("velmora_left"),
+    named<values::rightPart>("velmora_right"),
+    named<values::placeOf>("velmora_place"),
+    named<values::replaced>("velmora_replaced"),
+    named<values::stuffed>("velmora_stuffed"),
+    named<values::reversed>("velmora_reversed"),
+    named<values::repeated>("velmora_repeated"),
+    named<values::asciiCode>("velmora_ascii"),
+    named<values::unicodeCode>("velmora_unicode"),
+    named<values::asciiCharacter>("velmora_char"),
+    named<values::unicodeCharacter>("velmora_nchar"),
+    named<values::numberText>("velmora_str"),
+    named<values::isNumeric>("velmora_is_numeric"),
+    named<values::narrowBytes>("velmora_narrow_bytes"),
+    named<values::wideBytes>("velmora_wide_bytes"),
+    named<values::narrowStart>("velmora_narrow_start"),
+    named<values::narrowPadded>("velmora_narrow_padded"),
+    named<values::fitted>("velmora_fitted"),
+    named<values::identifierText>("velmora_identifier"),
 };
 
 }  // namespace

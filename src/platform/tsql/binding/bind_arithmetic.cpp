@@ -3,6 +3,7 @@
 #include "platform/tsql/binding/bind_expression.h"
 #include "platform/tsql/binding/conversions/conversion.h"
 #include "platform/tsql/binding/conversions/conversion_number.h"
+#include "platform/tsql/binding/conversions/text_rules.h"
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/types/type_rules.h"
 #include "platform/tsql/binding/types/typed_sql.h"
@@ -188,8 +189,10 @@ Bound concatenation(const Bound& left, const Bound& right) {
   const SqlType& a = left.type.isText() ? left.type : known;
   const SqlType& b = right.type.isText() ? right.type : known;
   if (left.isNull() || right.isNull()) return constantOf(collections::Null{}, known);
-  return computed("(" + left.sql + " || " + right.sql + ")", concatenationType(a, b),
-                  eitherCanFail(left, right));
+  const SqlType type = concatenationType(a, b);
+  const bool cut = type.length != SqlType::kMaxLength && a.length + b.length > type.length;
+  const std::string sql = "(" + left.sql + " || " + right.sql + ")";
+  return computed(cut ? startSql(sql, type) : sql, type, eitherCanFail(left, right));
 }
 
 /// A date moved by days.

@@ -4,6 +4,7 @@
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/types/type_rules.h"
 #include "platform/tsql/syntax/overloaded.h"
+#include "platform/tsql/values/code_points.h"
 
 namespace velmora::tsql {
 namespace {
@@ -133,18 +134,22 @@ BoundCondition ExpressionBinder::bindInList(const Expression& expression,
 }
 
 BoundCondition ExpressionBinder::bindLike(const Expression& expression, const LikeCondition& node) {
+  const Bound operand = bind(*node.operand);
+  const Bound wanted = bind(*node.pattern);
+  const bool loose = !operand.type.isNational() && !wanted.type.isNational();
   const SqlType text = SqlType::nvarchar(SqlType::kMaxLength);
-  const Bound value = castTo(context_, bind(*node.operand), text, expression.position);
-  const Bound pattern = castTo(context_, bind(*node.pattern), text, expression.position);
-  char escape = 0;
+  const Bound value = castTo(context_, operand, text, expression.position);
+  const Bound pattern = castTo(context_, wanted, text, expression.position);
+  std::string escape;
   if (node.escape) {
     const Bound bound = bind(*node.escape);
-    if (!bound.constant || bound.constant->text().size() != 1) {
+    if (!bound.constant || bound.isNull() || !bound.type.isText() ||
+        values::codePoints(bound.constant->text()).size() != 1) {
       raiseAt(node.escape->position, 506, "The ESCAPE of LIKE must be one character.");
     }
-    escape = bound.constant->text().front();
+    escape = bound.constant->text();
   }
-  BoundCondition result = likeCondition(value, pattern, escape);
+  BoundCondition result = likeCondition(value, pattern, escape, loose);
   result.sql = (node.negated ? "(NOT " : "(") + result.sql + ")";
   return result;
 }

@@ -38,6 +38,14 @@ class UngroupedView {
   bool before_;
 };
 
+Bound bindCast(ExpressionBinder& binder, const Expression& expression, const Expression& operand,
+               const SqlType& type, std::optional<int> style) {
+  if (const auto* hex = std::get_if<HexLiteral>(&operand.node)) {
+    return bindBinary(operand, *hex, type);
+  }
+  return castTo(binder.context(), binder.bind(operand), type, expression.position, style);
+}
+
 }  // namespace
 
 Bound ExpressionBinder::bind(const Expression& expression) {
@@ -78,8 +86,7 @@ Bound ExpressionBinder::bindNode(const Expression& expression) {
           [&](const SimpleCase& node) { return bindSimpleCase(*this, expression, node); },
           [&](const SearchedCase& node) { return bindSearchedCase(*this, expression, node); },
           [&](const CastExpression& node) {
-            return castTo(context_, bind(*node.operand), sqlType(node.type, 30),
-                          expression.position);
+            return bindCast(*this, expression, *node.operand, sqlType(node.type, 30), std::nullopt);
           },
           [&](const ConvertExpression& node) {
             std::optional<int> style;
@@ -90,8 +97,7 @@ Bound ExpressionBinder::bindNode(const Expression& expression) {
               }
               style = bound.constant->toInt32();
             }
-            return castTo(context_, bind(*node.operand), sqlType(node.type, 30),
-                          expression.position, style);
+            return bindCast(*this, expression, *node.operand, sqlType(node.type, 30), style);
           },
           [&](const FunctionCall& node) { return bindFunction(*this, expression, node); },
           [&](const ScalarSubquery& node) { return bindScalarSubquery(node); },

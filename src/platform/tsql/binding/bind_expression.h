@@ -53,6 +53,9 @@ Bound bindInteger(const Expression& expression, const IntegerLiteral& literal);
 Bound bindDecimal(const Expression& expression, const DecimalLiteral& literal);
 Bound bindFloat(const Expression& expression, const FloatLiteral& literal);
 Bound bindText(const StringLiteral& literal);
+/// A binary constant that is cast to an integer or to a text of ASCII characters; refused for
+/// any other type.
+Bound bindBinary(const Expression& expression, const HexLiteral& literal, const SqlType& type);
 
 Bound bindUnary(ExpressionBinder& binder, const Expression& expression,
                 const UnaryExpression& unary);

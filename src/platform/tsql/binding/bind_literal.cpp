@@ -2,16 +2,14 @@
 #include <charconv>
 
 #include "platform/tsql/binding/bind_expression.h"
+#include "platform/tsql/binding/conversions/text_rules.h"
 #include "platform/tsql/binding/errors.h"
+#include "platform/tsql/values/code_points.h"
 
 namespace velmora::tsql {
 namespace {
 
 using collections::Decimal;
-
-std::int64_t characters(std::string_view text) {
-  return std::ranges::count_if(text, [](char c) { return (c & 0xC0) != 0x80; });
-}
 
 /// A decimal constant is just wide enough: leading zeros do not count.
 SqlType literalType(const Decimal& number) {
@@ -69,8 +67,36 @@ Bound bindFloat(const Expression& expression, const FloatLiteral& literal) {
   return constantOf(value, SqlType::floating());
 }
 
+Bound bindBinary(const Expression& expression, const HexLiteral& literal, const SqlType& type) {
+  std::string digits = literal.digits;
+  if (digits.size() % 2 != 0) digits.insert(0, "0");
+  const auto byteAt = [&](std::size_t at) {
+    unsigned byte = 0;
+    std::from_chars(digits.data() + at, digits.data() + at + 2, byte, 16);
+    return byte;
+  };
+  if (type.kind == SqlKind::integer || type.kind == SqlKind::bigInt) {
+    // Of a longer constant the last bytes count.
+    std::uint64_t value = 0;
+    for (std::size_t at = 0; at < digits.size(); at += 2) value = value << 8 | byteAt(at);
+    return constantOf(type.kind == SqlKind::integer
+                          ? static_cast<std::int64_t>(static_cast<std::int32_t>(value))
+                          : static_cast<std::int64_t>(value),
+                      type);
+  }
+  std::string text;
+  for (std::size_t at = 0; at < digits.size(); at += 2) text += static_cast<char>(byteAt(at));
+  const bool ascii = std::ranges::all_of(text, [](char c) { return c > 0; });
+  if (type.kind != SqlKind::varchar || !ascii) {
+    refuse(expression.position, "a binary constant as " + declaration(type));
+  }
+  return cutTo(constantOf(text, SqlType::varchar(static_cast<std::int64_t>(text.size()))), type);
+}
+
 Bound bindText(const StringLiteral& literal) {
-  const std::int64_t length = std::max<std::int64_t>(characters(literal.value), 1);
+  const std::size_t size = literal.national ? values::codePoints(literal.value).size()
+                                            : values::codePageBytes(literal.value);
+  const auto length = static_cast<std::int64_t>(std::max<std::size_t>(size, 1));
   return constantOf(literal.value,
                     literal.national ? SqlType::nvarchar(length) : SqlType::varchar(length));
 }

@@ -65,48 +65,4 @@ std::string now() {
   return "current_localtimestamp()";
 }
 
-std::string fitted(std::string_view text, std::int64_t size, std::string_view column) {
-  return filled(
-      "CASE WHEN strlen($1) <= $2 OR length($1) <= $2 THEN $1 WHEN length(rtrim($1, ' ')) <= $2 "
-      "THEN left($1, $2)"
-      " WHEN $1 IS NOT NULL THEN error('8152: String or binary data would be truncated: ' || $3 ||"
-      " ' takes $2 characters, not ''' || $1 || '''.') END",
-      {text, std::to_string(size), quoteText(column)});
-}
-
-std::string checkedLength(std::string_view length) {
-  return filled(
-      "CASE WHEN $1 < 0 THEN error('537: Invalid length parameter ' || $1 ||"
-      " ' passed to the LEFT or SUBSTRING function.') ELSE $1 END",
-      {length});
-}
-
-std::string substring(std::string_view text, std::string_view start, std::string_view length) {
-  return filled(
-      "substring($1, $2 + greatest(1 - $2, 0),"
-      " CASE WHEN $4 + least($2 - 1, 0) < 0 THEN 0 ELSE $3 + least($2 - 1, 0) END)",
-      {text, start, length, checkedLength(length)});
-}
-
-std::string positionFrom(std::string_view text, std::string_view wanted, std::string_view start) {
-  return filled(
-      "CASE WHEN strpos(substring($1, greatest($3, 1)), $2) = 0 THEN 0"
-      " ELSE strpos(substring($1, greatest($3, 1)), $2) + greatest($3, 1) - 1 END",
-      {text, wanted, start});
-}
-
-std::string replaced(std::string_view text, std::string_view wanted, std::string_view other) {
-  return filled(R"(CASE WHEN $2 = '' THEN $1)"
-                R"( ELSE regexp_replace($1, regexp_escape($2), replace($3, '\', '\\'), 'gi') END)",
-                {text, wanted, other});
-}
-
-std::string likePattern(std::string_view pattern) {
-  return filled(
-      "CASE WHEN contains($1, '[') THEN"
-      " error('Not supported: LIKE with a computed pattern that holds a bracket')"
-      " ELSE lower($1) END",
-      {pattern});
-}
-
 }  // namespace velmora::tsql::engine

@@ -24,17 +24,4 @@ std::string weeksBetween(std::string_view from, std::string_view to);
 /// The time of day and the date when the statement runs.
 std::string now();
 
-/// A text of at most `size` characters; a longer one that is not only blanks there is
-/// error 8152 naming the column.
-std::string fitted(std::string_view text, std::int64_t size, std::string_view column);
-/// A length, negative ones being error 537.
-std::string checkedLength(std::string_view length);
-std::string substring(std::string_view text, std::string_view start, std::string_view length);
-/// The place of `wanted` in `text` at or behind `start`; 0: none.
-std::string positionFrom(std::string_view text, std::string_view wanted, std::string_view start);
-/// Replaces without regard to letter case.
-std::string replaced(std::string_view text, std::string_view wanted, std::string_view other);
-/// A computed pattern of LIKE in small letters; brackets in it are refused.
-std::string likePattern(std::string_view pattern);
-
 }  // namespace velmora::tsql::engine

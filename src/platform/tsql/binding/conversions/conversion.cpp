@@ -22,7 +22,14 @@ Bound retyped(const Bound& value, const SqlType& type) {
   refuse(position, "conversion from " + declaration(value.type) + " to " + declaration(type));
 }
 
+Bound identifier(const Bound& value, const SqlType& type, Position position) {
+  if (value.type.kind == SqlKind::uniqueIdentifier) return value;
+  if (!value.type.isText()) refuseConversion(value, type, position);
+  return computed("velmora_identifier(" + value.sql + ")", type, true);
+}
+
 Bound toText(const Bound& value, const SqlType& type, Position position, std::optional<int> style) {
+  if (type.kind == SqlKind::uniqueIdentifier) return identifier(value, type, position);
   if (value.type.isText()) return cutTo(value, type);
   return cutTo(value.type.isDate() ? dateText(value, style.value_or(0), position)
                                    : numberToText(value, type, style.value_or(0)),
@@ -50,6 +57,9 @@ Bound convert(Context& context, const Bound& value, const SqlType& type, Positio
 }  // namespace
 
 Bound convertTo(Context& context, const Bound& value, const SqlType& type, Position position) {
+  if (type.kind == SqlKind::uniqueIdentifier) {
+    return convert(context, value, type, position, std::nullopt);
+  }
   // A text that meets a text is not cut: the common type is wide enough for both.
   if (value.type.isText() && type.isText()) return retyped(value, type);
   return convert(context, value, type, position, std::nullopt);

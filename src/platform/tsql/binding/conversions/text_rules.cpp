@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/tsql/engine/engine_expressions.h"
 #include "platform/tsql/engine/sql_text.h"
 #include "platform/tsql/syntax/text_scan.h"
 
@@ -17,65 +16,27 @@ bool fixedLength(const SqlType& type) {
 bool surelyFits(const Bound& value, const SqlType& to) {
   if (to.length == SqlType::kMaxLength) return true;
   if (value.type.length == SqlType::kMaxLength || !value.type.isText()) return false;
-  return value.type.length <= to.length;
+  // A character of a national text may take two bytes of the code page.
+  const bool widens = value.type.isNational() && !to.isNational();
+  return value.type.length * (widens ? 2 : 1) <= to.length;
 }
 
 std::string padded(std::string sql, const SqlType& type) {
   if (!fixedLength(type)) return sql;
-  return "rpad(" + sql + ", " + std::to_string(type.length) + ", ' ')";
+  const std::string length = std::to_string(type.length);
+  if (type.isNational()) return "rpad(" + sql + ", " + length + ", ' ')";
+  return "velmora_narrow_padded(" + sql + ", " + length + ")";
 }
 
-/// A pattern in the parts DuckDB's LIKE knows; nullopt when it needs a regular expression.
-std::optional<std::string> plainPattern(std::string_view pattern, char escape) {
-  const bool special = pattern.find('[') != std::string_view::npos ||
-                       (escape != 0 && pattern.find(escape) != std::string_view::npos);
-  if (special) return std::nullopt;
-  return std::string(pattern);
-}
+/// Whether the engine's own LIKE matches the text as it is, or without the blanks at its end.
+enum class LikeForm { function, asItIs, trimmed };
 
-void appendQuoted(std::string& regex, char c) {
-  if (std::string_view("\\^$.|?*+()[]{}").find(c) != std::string_view::npos) regex += '\\';
-  regex += c;
-}
-
-/// The character class that begins behind '[' at `at`; moves behind its ']'.
-std::string characterClass(std::string_view pattern, std::size_t& at) {
-  const std::size_t end = pattern.find(']', at);
-  if (end == std::string_view::npos) {
-    at = pattern.size();
-    return "[^\\x00-\\x{10FFFF}]";  // an open bracket never matches
-  }
-  std::string_view content = pattern.substr(at, end - at);
-  at = end + 1;
-  std::string result = "[";
-  if (content.starts_with('^')) {
-    result += '^';
-    content.remove_prefix(1);
-  }
-  for (const char c : content) {
-    if (c == '\\' || c == '[' || c == '^') result += '\\';
-    result += c;
-  }
-  return result += ']';
-}
-
-std::string regexPattern(std::string_view pattern, char escape) {
-  std::string regex;
-  for (std::size_t at = 0; at < pattern.size();) {
-    const char c = pattern[at++];
-    if (escape != 0 && c == escape && at < pattern.size()) {
-      appendQuoted(regex, pattern[at++]);
-    } else if (c == '%') {
-      regex += ".*";
-    } else if (c == '_') {
-      regex += '.';
-    } else if (c == '[') {
-      regex += characterClass(pattern, at);
-    } else {
-      appendQuoted(regex, c);
-    }
-  }
-  return regex;
+LikeForm formOf(const Bound& pattern, bool hasEscape, bool loose) {
+  if (!pattern.constant || hasEscape) return LikeForm::function;
+  const std::string_view text = pattern.constant->text();
+  if (text.find('[') != std::string_view::npos) return LikeForm::function;
+  if (!loose || text.ends_with('%')) return LikeForm::asItIs;
+  return text.ends_with(' ') || text.ends_with('_') ? LikeForm::function : LikeForm::trimmed;
 }
 
 /// Whether ASCII letters are the only ones with a small form: the rest are the ideographs
@@ -93,6 +54,17 @@ bool foldsWithoutEngine(std::string_view text) {
 /// Whether `sql` is a column's name, which costs nothing to say twice.
 bool isName(std::string_view sql) {
   return sql.ends_with('"') && sql.find_first_of(" ()'") == std::string_view::npos;
+}
+
+/// Most texts are short enough in any count of their characters, which the engine sees fast.
+std::string fittedSql(const std::string& text, const SqlType& type, std::string_view column) {
+  const std::string room = std::to_string(type.length);
+  const std::string checked = "velmora_fitted(" + text + ", " + room + ", " +
+                              (type.isNational() ? "TRUE" : "FALSE") + ", " + quoteText(column) +
+                              ")";
+  if (!isName(text)) return checked;
+  return "CASE WHEN strlen(" + text + ") <= " + room + " THEN " + text + " ELSE " + checked +
+         " END";
 }
 
 std::string lowerSql(const Bound& text) {
@@ -119,18 +91,27 @@ std::string keySql(const Bound& value) {
          " END)";
 }
 
-BoundCondition likeCondition(const Bound& value, const Bound& pattern, char escape) {
-  if (!pattern.constant) {
-    return {lowerSql(value) + " LIKE " + engine::likePattern(pattern.sql), true};
-  }
+BoundCondition likeCondition(const Bound& value, const Bound& pattern, std::string_view escape,
+                             bool loose) {
   if (pattern.isNull()) return {"CAST(NULL AS BOOLEAN)", false};
-  const std::string_view text = pattern.constant->text();
-  if (const auto plain = plainPattern(text, escape)) {
-    return {lowerSql(value) + " LIKE lower(" + quoteText(*plain) + ")", value.canFail};
+  const bool canFail = value.canFail || pattern.canFail;
+  const std::string wanted =
+      pattern.constant ? "lower(" + quoteText(pattern.constant->text()) + ")" : lowerSql(pattern);
+  switch (formOf(pattern, !escape.empty(), loose)) {
+    case LikeForm::asItIs:
+      return {lowerSql(value) + " LIKE " + wanted, canFail};
+    case LikeForm::trimmed:
+      return {"rtrim(" + lowerSql(value) + ", ' ') LIKE " + wanted, canFail};
+    default:
+      return {"velmora_like(" + lowerSql(value) + ", " + wanted + ", lower(" + quoteText(escape) +
+                  "), " + (loose ? "TRUE" : "FALSE") + ")",
+              canFail};
   }
-  return {
-      "regexp_full_match(" + value.sql + ", " + quoteText(regexPattern(text, escape)) + ", 'is')",
-      value.canFail};
+}
+
+std::string startSql(std::string_view text, const SqlType& type) {
+  std::string sql = type.isNational() ? "left(" : "velmora_narrow_start(";
+  return sql.append(text).append(", ").append(std::to_string(type.length)).append(")");
 }
 
 Bound cutTo(const Bound& value, const SqlType& type) {
@@ -138,7 +119,7 @@ Bound cutTo(const Bound& value, const SqlType& type) {
   result.type = type;
   result.constant.reset();
   if (!surelyFits(value, type)) {
-    result.sql = "left(" + value.sql + ", " + std::to_string(type.length) + ")";
+    result.sql = startSql(value.sql, type);
   }
   result.sql = padded(std::move(result.sql), type);
   if (value.constant && !fixedLength(type) && surelyFits(value, type))
@@ -153,7 +134,7 @@ Bound fittedTo(const Bound& value, const SqlType& type, std::string_view column)
     result.sql = padded(value.sql, type);
     return result;
   }
-  result.sql = padded(engine::fitted(value.sql, type.length, column), type);
+  result.sql = padded(fittedSql(value.sql, type, column), type);
   result.canFail = true;
   return result;
 }

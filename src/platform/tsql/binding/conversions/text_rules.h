@@ -16,9 +16,13 @@ std::string keySql(const Bound& value);
 /// the engine (ASCII and ideographs).
 std::optional<std::string> foldedText(std::string_view text);
 
-/// `value LIKE pattern`: letter case ignored, trailing blanks not; % _ and [..] stand
-/// for characters. `escape` is the escape character or 0.
-BoundCondition likeCondition(const Bound& value, const Bound& pattern, char escape);
+/// `value LIKE pattern`, letter case ignored; see values/like.h. `escape` is a character or
+/// nothing; `loose`: neither side is a national text.
+BoundCondition likeCondition(const Bound& value, const Bound& pattern, std::string_view escape,
+                             bool loose);
+
+/// The start of a text that has room in a text of `type`, which has a length.
+std::string startSql(std::string_view text, const SqlType& type);
 
 /// `value` cut, padded or left alone so that it is a text of `type`, as a cast does.
 Bound cutTo(const Bound& value, const SqlType& type);

@@ -90,16 +90,6 @@ Bound power(const Call& call) {
              : convertTo(call.binder().context(), result, base.type, call.position());
 }
 
-/// Whether a text reads as a number.
-Bound isNumeric(const Call& call) {
-  const Bound value = call.argument(0);
-  if (value.type.isNumber()) {
-    return computed("CAST(" + value.sql + " IS NOT NULL AS INTEGER)", SqlType::integer());
-  }
-  return computed("CAST(try_cast(" + value.sql + " AS DOUBLE) IS NOT NULL AS INTEGER)",
-                  SqlType::integer(), value.canFail);
-}
-
 constexpr auto kRules = std::to_array<FunctionRule>({
     {"abs", 1, 1, absolute},
     {"sign", 1, 1, sign},
@@ -108,7 +98,6 @@ constexpr auto kRules = std::to_array<FunctionRule>({
     {"round", 2, 3, round},
     {"sqrt", 1, 1, squareRoot},
     {"power", 2, 2, power},
-    {"isnumeric", 1, 1, isNumeric},
 });
 
 }  // namespace
