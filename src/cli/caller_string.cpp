@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cli/failure.h"
+#include "platform/suite/caller_string.h"
 #include "velmora/ado/connection_string.h"
 #include "velmora/collections/letter_case.h"
 
@@ -11,29 +12,25 @@ namespace velmora::cli {
 namespace {
 
 constexpr std::string_view kConnectString = "ConnectString";
+constexpr std::string_view kUserId = "UserID";
 
-std::string_view trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+/// Whether `text` speaks of a UserID, letter case ignored.
+bool namesUser(std::string_view text) {
+  return collections::lowerCased(text).find("userid") != std::string::npos;
 }
 
-/// Takes what stands before the first `delimiter` off `rest`, and the delimiter with
-/// it; everything when there is none.
-std::string_view takeUpTo(std::string_view& rest, char delimiter) {
-  const auto end = rest.find(delimiter);
-  const auto part = rest.substr(0, end);
-  rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 1);
-  return part;
-}
-
-std::string_view takeValue(std::string_view& rest) {
-  rest = trimmed(rest);
-  if (!rest.starts_with('{')) return trimmed(takeUpTo(rest, ';'));
-  rest.remove_prefix(1);
-  const auto value = trimmed(takeUpTo(rest, '}'));
-  takeUpTo(rest, ';');
-  return value;
+/// Whether the caller string `text` speaks of a UserID in a value, within another key or
+/// where nothing is read. The database's own settings do not count, unless they run to the
+/// end, because the brace around them is never closed.
+bool mentionsUser(std::string_view text) {
+  text = text.substr(0, text.find_last_not_of(' ') + 1);
+  for (const auto& [key, value] : suite::readCallerString(text)) {
+    const auto start = static_cast<std::size_t>(value.data() - text.data());
+    const std::size_t end = start + value.size();
+    if (collections::equalsIgnoringCase(key, kConnectString) && end < text.size())
+      return namesUser(text.substr(0, start)) || namesUser(text.substr(end));
+  }
+  return namesUser(text);
 }
 
 /// The ADO connection string `text` so that it fits between braces: values in braces
@@ -51,59 +48,35 @@ std::string adoConnectString(std::string_view text) {
 
 }  // namespace
 
-CallerString::CallerString(std::string_view text) {
-  for (Pair& pair : parse(text)) {
-    if (findPair(pair.key) != nullptr)
-      throw Failure("the connection string has the key \"" + pair.key + "\" twice");
-    pairs_.push_back(std::move(pair));
-  }
-}
+CallerString::CallerString() : properties_(com::make<collections::Dictionary>()) {}
+
+CallerString::CallerString(std::string_view text) : properties_(suite::callerProperties(text)) {}
 
 bool CallerString::describes(std::string_view text) {
-  const auto pairs = parse(text);
-  return std::any_of(pairs.begin(), pairs.end(), [](const Pair& pair) {
-    return collections::equalsIgnoringCase(pair.key, kConnectString);
+  const auto properties = suite::readCallerString(text);
+  return std::ranges::any_of(properties, [](const suite::CallerProperty& property) {
+    return collections::equalsIgnoringCase(property.key, kConnectString);
   });
 }
 
-std::vector<CallerString::Pair> CallerString::parse(std::string_view text) {
-  std::vector<Pair> pairs;
-  for (std::string_view rest = text; !rest.empty();) {
-    std::string key(trimmed(takeUpTo(rest, '=')));
-    if (key.empty()) break;
-    pairs.push_back({std::move(key), std::string(takeValue(rest))});
-  }
-  return pairs;
-}
-
-CallerString::Pair* CallerString::findPair(std::string_view key) {
-  for (Pair& pair : pairs_)
-    if (collections::equalsIgnoringCase(pair.key, key)) return &pair;
-  return nullptr;
-}
-
 std::optional<std::string> CallerString::find(std::string_view key) const {
-  for (const Pair& pair : pairs_)
-    if (collections::equalsIgnoringCase(pair.key, key)) return pair.value;
-  return std::nullopt;
+  if (!properties_->Lookup(key)) return std::nullopt;
+  return properties_->Value(key).toText();
 }
 
 void CallerString::set(std::string_view key, std::string_view value) {
   if (value.find('}') != std::string_view::npos)
     throw Failure("a \"}\" cannot be part of " + std::string(key) +
                   ", because connection strings have no escape for it");
-  if (Pair* pair = findPair(key)) {
-    pair->value = value;
-  } else {
-    pairs_.push_back({std::string(key), std::string(value)});
-  }
+  properties_->Set(key, value);
 }
 
 std::string CallerString::toString() const {
   std::string text;
-  for (const Pair& pair : pairs_) {
-    const bool braces = pair.value.starts_with('{') || pair.value.find(';') != std::string::npos;
-    text.append(pair.key).append(braces ? "={" : "=").append(pair.value);
+  for (std::size_t i = 0; i < properties_->Count(); ++i) {
+    const std::string value = properties_->Item(i).toText();
+    const bool braces = value.starts_with('{') || value.find(';') != std::string::npos;
+    text.append(properties_->Key(i)).append(braces ? "={" : "=").append(value);
     text.append(braces ? "};" : ";");
   }
   return text;
@@ -115,6 +88,7 @@ std::string wrapConnectString(std::string_view connectString, const CallerContex
   caller.set("UserName", context.user);
   caller.set("LANGUAGE", context.language.empty() ? "chs" : context.language);
   caller.set("SubID", context.receivables ? "AR" : "AP");
+  if (context.userId) caller.set(kUserId, std::to_string(*context.userId));
   for (const char* key : {"AcctType", "Q8Version", "DBMS Name", "DBMS Version"})
     caller.set(key, "");
   return caller.toString();
@@ -123,9 +97,14 @@ std::string wrapConnectString(std::string_view connectString, const CallerContex
 std::string callerStringFor(std::string_view text, const CallerContext& context) {
   if (!CallerString::describes(text)) return wrapConnectString(adoConnectString(text), context);
   CallerString caller(text);
-  if (context.language.empty()) return std::string(text);
-  caller.set("LANGUAGE", context.language);
-  return caller.toString();
+  if (context.userId)
+    caller.set(kUserId, std::to_string(*context.userId));
+  else if (!caller.find(kUserId) && mentionsUser(text))
+    throw Failure(
+        "the connection string speaks of a UserID, but none is read; expected "
+        "UserID=NUMBER between \";\", outside braces");
+  if (!context.language.empty()) caller.set("LANGUAGE", context.language);
+  return context.userId || !context.language.empty() ? caller.toString() : std::string(text);
 }
 
 std::string embeddedConnectString(std::string_view file, std::string_view mode) {

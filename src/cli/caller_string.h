@@ -3,17 +3,16 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "velmora/collections/dictionary.h"
 
 namespace velmora::cli {
 
-/// The suite's connection string (sDsn) taken apart: "key=value" pairs separated by
-/// ";", values optionally in braces, which have no escape for "}"; keys ignore
-/// letter case.
+/// The suite's connection string (sDsn), to be changed and written again.
 class CallerString {
  public:
-  CallerString() = default;
-  /// Raises Failure naming a key that occurs twice.
+  CallerString();
+  /// Raises kDuplicateKey naming a key that occurs twice.
   explicit CallerString(std::string_view text);
 
   /// Whether `text` is of this form: it has the key ConnectString.
@@ -26,13 +25,7 @@ class CallerString {
   std::string toString() const;
 
  private:
-  struct Pair {
-    std::string key, value;
-  };
-  static std::vector<Pair> parse(std::string_view text);
-  Pair* findPair(std::string_view key);
-
-  std::vector<Pair> pairs_;
+  collections::DictionaryRef properties_;
 };
 
 /// What the component is told of its caller besides the database.
@@ -40,14 +33,17 @@ struct CallerContext {
   bool receivables = true;
   std::string language;  ///< "chs", "CHT" or "EN"; empty: as the text says, else "chs"
   std::string user;
+  std::optional<int> userId = {};  ///< whose row access applies; absent: as the text says
 };
 
 /// The sDsn around an ADO connection string.
 std::string wrapConnectString(std::string_view connectString, const CallerContext& context);
 
 /// The sDsn for what a person gave: a whole caller string (with ConnectString=) goes
-/// through as it is but for a language asked for; an ADO connection string (with
-/// Provider=, Driver= or DSN=) is wrapped. Raises Failure for anything else.
+/// through as it is but for language and user asked for; an ADO connection string (with
+/// Provider=, Driver= or DSN=) is wrapped. Raises Failure for anything else, and for a
+/// caller string that speaks of a UserID where none is read: it would go unnoticed that
+/// another user's row access applies. kDuplicateKey names a key that occurs twice.
 std::string callerStringFor(std::string_view text, const CallerContext& context);
 
 /// The ADO connection string to an embedded database. `mode` is "Read", "ReadWrite"

@@ -75,7 +75,7 @@ ado::ConnectionRef openConnection(const std::string& connectString) {
 }  // namespace
 
 std::string dsnFor(const AccountSetOptions& options) {
-  const CallerContext context{options.receivables, options.language, userName()};
+  const CallerContext context{options.receivables, options.language, userName(), options.userId};
   if (!options.db.empty()) {
     requireFile(options.db);
     return wrapConnectString(embeddedConnectString(options.db, "Read"), context);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "velmora/ado/connection.h"
@@ -12,7 +13,8 @@ struct AccountSetOptions {
   std::string dsn;      ///< connection string, or
   std::string dsnFile;  ///< the file that holds it
   bool receivables = true;
-  std::string language;  ///< empty: not given
+  std::string language;       ///< empty: not given
+  std::optional<int> userId;  ///< whose row access applies
 };
 
 /// How an embedded account set is opened. A server has its own rights.

@@ -17,7 +17,7 @@ const CallerContext kEnglishPayables{false, "EN", "li"};
 std::string failureOf(const std::function<void()>& action) {
   try {
     action();
-  } catch (const Failure& failure) {
+  } catch (const std::exception& failure) {
     return failure.what();
   }
   return "no failure";
@@ -28,6 +28,8 @@ TEST(CallerStringFor, WrapsAnAdoConnectionString) {
       callerStringFor("Provider=Velmora.Embedded;Data Source=a.db;Mode=Read", kEnglishPayables),
       "ConnectString={Provider=Velmora.Embedded;Data Source=a.db;Mode=Read};UserName=li;"
       "LANGUAGE=EN;SubID=AP;AcctType=;Q8Version=;DBMS Name=;DBMS Version=;");
+  EXPECT_THAT(callerStringFor("dsn=books", {.language = "", .user = "", .userId = 7}),
+              HasSubstr(";UserID=7;"));
   EXPECT_THAT(callerStringFor("dsn=books", {}), HasSubstr("ConnectString=dsn=books;"));
   EXPECT_THAT(callerStringFor("dsn=books", {}), HasSubstr("LANGUAGE=chs;SubID=AR;"));
 }
@@ -41,7 +43,7 @@ TEST(CallerStringFor, RewritesBracesThatWouldEndTheConnectString) {
               HasSubstr("\"}\""));
 }
 
-TEST(CallerStringFor, LeavesASuiteStringAsItIsUnlessALanguageIsAskedFor) {
+TEST(CallerStringFor, LeavesASuiteStringAsItIsUnlessLanguageOrUserIsAskedFor) {
   const std::string given = "connectstring = {Provider=X;Data Source=a;} ; language=CHT;UserID=7";
   EXPECT_EQ(callerStringFor(given, {}), given);
   const CallerString changed(callerStringFor(given, kEnglishPayables));
@@ -49,6 +51,20 @@ TEST(CallerStringFor, LeavesASuiteStringAsItIsUnlessALanguageIsAskedFor) {
   EXPECT_EQ(changed.find("ConnectString"), "Provider=X;Data Source=a;");
   EXPECT_EQ(changed.find("UserID"), "7");
   EXPECT_EQ(changed.find("SubID"), std::nullopt);
+  EXPECT_EQ(
+      callerStringFor("ConnectString=X;userid=ada", {.language = "", .user = "", .userId = 0}),
+      "ConnectString=X;userid=0;");
+}
+
+TEST(CallerStringFor, RefusesAUserThatNobodyReads) {
+  for (const char* text :
+       {"ConnectString={X};UserName=O;Brien;UserID=7", "ConnectString={X};=;UserID=7",
+        "ConnectString={X;UserID=7", "ConnectString={X};UserName={x;userid=7 ",
+        "UserName={x} UserID=7;ConnectString={X}", "ConnectString={X};UserID\xC2\xA0=7"})
+    EXPECT_THAT(failureOf([&] { callerStringFor(text, {}); }), HasSubstr("UserID=NUMBER")) << text;
+  for (const char* text :
+       {"ConnectString={X;UserID=sa};SubID=AR", "UserName=userid;UserID=;ConnectString=X"})
+    EXPECT_EQ(callerStringFor(text, {}), text);
 }
 
 TEST(CallerStringFor, RefusesWhatCannotBeUsed) {

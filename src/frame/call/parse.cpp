@@ -1,35 +1,18 @@
 #include "frame/call/parse.h"
 
 #include "frame/call/text.h"
+#include "platform/suite/caller_string.h"
 #include "velmora/com/error.h"
 
 namespace velmora {
-
-namespace {
-
-/// The value at the start of `rest`, which goes on behind the value's ";".
-std::string_view cutValue(std::string_view& rest) {
-  rest = trimmed(rest);
-  if (!rest.starts_with('{')) return trimmed(cutAt(rest, ';'));
-  rest.remove_prefix(1);
-  const std::string_view value = cutAt(rest, '}');
-  cutAt(rest, ';');
-  return trimmed(value);
-}
-
-}  // namespace
 
 CParse::CParse() : properties_(com::make<collections::Dictionary>()) {}
 
 bool CParse::ParseString(std::string_view text) {
   text_ = text;
   properties_->RemoveAll();
-  std::string_view rest = text_;
-  while (true) {
-    const std::string_view key = trimmed(cutAt(rest, '='));
-    if (key.empty()) return true;
-    properties_->Add(key, cutValue(rest));
-  }
+  properties_ = suite::callerProperties(text_);
+  return true;
 }
 
 std::string CParse::GetProperty(std::string_view name) const {

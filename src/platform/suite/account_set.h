@@ -8,7 +8,7 @@ namespace velmora::suite {
 
 /// An open connection to the database that `callerString`, the caller's whole string,
 /// names under ConnectString. Raises kInvalidArgument with source `progId` when it names
-/// none, else the provider's error.
+/// none, kDuplicateKey when a key occurs twice, else the provider's error.
 ado::ConnectionRef openAccountSet(const std::string& callerString, const char* progId);
 
 }  // namespace velmora::suite

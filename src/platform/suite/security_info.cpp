@@ -3,7 +3,7 @@
 #include <charconv>
 #include <memory>
 
-#include "velmora/ado/connection_string.h"
+#include "platform/suite/caller_string.h"
 #include "velmora/com/error.h"
 
 namespace velmora::suite {
@@ -26,7 +26,7 @@ const com::DispatchTable<SecurityInfo>& SecurityInfo::dispatchTable() {
 }
 
 std::int32_t SecurityInfo::GetCurrentUserID(const std::string& connectionString) {
-  const std::string text = ado::ConnectionString(connectionString).value("UserID");
+  const std::string text = callerProperties(connectionString)->Value("UserID").toText();
   if (text.empty()) return 0;
   std::int32_t user = 0;
   const char* const end = text.data() + text.size();

@@ -13,8 +13,8 @@ class SecurityInfo final : public com::DispatchObject<SecurityInfo> {
   static const com::DispatchTable<SecurityInfo>& dispatchTable();
 
   /// The key UserID of the caller's whole string; 0, nobody in particular, when it is
-  /// absent or empty. Raises com::Error naming the value when it is no whole number from
-  /// 0 to 2147483647.
+  /// absent or empty. Raises kInvalidArgument naming the value when it is no whole number
+  /// from 0 to 2147483647, kDuplicateKey when a key occurs twice.
   std::int32_t GetCurrentUserID(const std::string& connectionString);
 };
 
