@@ -2,33 +2,15 @@
 
 #include <span>
 
+#include "frame/call/kept_error_info.h"
 #include "frame/call/loader_slot.h"
 #include "frame/call/text.h"
 #include "velmora/collections/format.h"
 #include "velmora/com/class_table.h"
-#include "velmora/com/error.h"
 
 namespace velmora {
 
 namespace {
-
-/// Puts the thread's error information back as it was.
-class KeptErrorInfo {
- public:
-  KeptErrorInfo() : kept_(com::GetErrorInfo()) {}
-  ~KeptErrorInfo() {
-    if (kept_) {
-      com::SetErrorInfo(std::move(*kept_));
-    } else {
-      com::ClearErrorInfo();
-    }
-  }
-  KeptErrorInfo(const KeptErrorInfo&) = delete;
-  KeptErrorInfo& operator=(const KeptErrorInfo&) = delete;
-
- private:
-  std::optional<com::ErrorInfo> kept_;
-};
 
 std::string loadString(std::string_view key, std::string_view language) {
   const auto loader = com::CreateObject("Q8RESLOADER.Loader");

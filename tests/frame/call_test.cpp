@@ -56,6 +56,17 @@ TEST(CDataSource, UnloadsTheMessageLoaderAtItsEnd) {
   keepMessageLoader(com::make<LateBound>());  // a loader that cannot unload
   unloadMessageLoader();
   EXPECT_FALSE(messageLoader());
+
+  auto forgetful = com::make<LateBound>();
+  forgetful->method("Unload", [](auto) {
+    com::ClearErrorInfo();
+    return collections::Variant();
+  });
+  keepMessageLoader(forgetful);
+  com::SetErrorInfo({-1, "TirnBase", "no rules", "row access"});
+  unloadMessageLoader();
+  EXPECT_TRUE(com::GetErrorInfo());
+  com::ClearErrorInfo();
 }
 
 TEST(CallSetup, NeedsAConnectionStringFirst) {
@@ -73,7 +84,10 @@ TEST(DropTempTable, LeavesNoErrorBehind) {
   EXPECT_EQ(database.statements.back(), "drop Table #Gone");
   EXPECT_FALSE(com::GetErrorInfo());
   connection->Close();
+  com::SetErrorInfo({-1, "TirnBase", "no rules", "row access"});
   DropTempTable(*connection, "#Gone");
+  EXPECT_EQ(com::GetErrorInfo()->place, "row access") << "the reason of the call stays";
+  com::ClearErrorInfo();
 }
 
 TEST(RunOperation, VotesAndKeepsTheReason) {

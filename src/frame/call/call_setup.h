@@ -18,6 +18,10 @@ class CallSetup {
   /// Raises kFailed when no operation of this object has set up a data source yet.
   CDataSource& dataSource() const;
 
+  /// The data source that the last operation with a connection string set up; nothing when
+  /// there was none.
+  const CDataSource* lastDataSource() const noexcept { return dataSource_.get(); }
+
  private:
   // The data source goes first, then the parser.
   std::shared_ptr<const CParse> parser_;

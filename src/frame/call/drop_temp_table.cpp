@@ -2,15 +2,16 @@
 
 #include <string>
 
-#include "velmora/com/error.h"
+#include "frame/call/kept_error_info.h"
 
 namespace velmora {
 
 void DropTempTable(ado::Connection& connection, std::string_view table) noexcept {
   try {
+    const KeptErrorInfo kept;
     connection.Execute("drop Table " + std::string(table));
   } catch (...) {
-    com::ClearErrorInfo();
+    // A work table that is not there is as good as dropped.
   }
 }
 

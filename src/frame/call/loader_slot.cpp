@@ -1,5 +1,6 @@
 #include "frame/call/loader_slot.h"
 
+#include "frame/call/kept_error_info.h"
 #include "velmora/com/thread_value.h"
 
 namespace velmora {
@@ -20,6 +21,7 @@ void keepMessageLoader(const com::Ref<com::IDispatch>& loader) {
 
 void unloadMessageLoader() noexcept {
   try {
+    const KeptErrorInfo kept;
     const auto loader = messageLoader();
     com::ThreadValue(kSlot) = {};
     if (loader) com::call(*loader, "Unload");
