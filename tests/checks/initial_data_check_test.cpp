@@ -144,19 +144,20 @@ TEST_F(InitialData, ListsInitialDocumentsWithoutAccount) {
 }
 
 TEST_F(InitialData, TellsInTheCallersLanguage) {
-  FakeLoader fake{{{"初始化单据", "Initial documents"},
-                   {"初始化设置", "Settings"},
-                   {"严重错误", "Serious"},
-                   {"警告信息", "Warning"},
+  FakeLoader fake{{{"初始化单据", "The client's documents"},
+                   {"初始化设置", "'Settings'"},
+                   {"严重错误", "It's serious"},
+                   {"警告信息", "Warning'"},
                    {"没有设置应收系统的启用期间", "the client's period is not set"},
-                   {"没有设置往来科目", "no account"}}};
+                   {"没有设置往来科目", "hasn't an account"}}};
   const auto installed = fake.install();
   profile("FARUseYear", "0");
   plant("t_rp_BegData", "FInterID, FClassTypeID, FType, FRP, FBillNo, FDate",
         "(1,11,3,1,'QC1','2007-12-31')");
   EXPECT_THAT(findings(true, "LANGUAGE=EN;"),
-              ElementsAre("1 Settings Serious: the client's period is not set",
-                          "2 Initial documents Warning: Initial invoice[QC1] no account"));
+              ElementsAre("1 'Settings' It's serious: the client's period is not set",
+                          "2 The client's documents Warning': Initial invoice[QC1] hasn't an "
+                          "account"));
 }
 
 TEST_F(InitialData, FailsWithTheReason) {

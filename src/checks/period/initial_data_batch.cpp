@@ -60,32 +60,24 @@ constexpr const char* kReadLedgerStart =
     select @lGLUseYear = convert(int,fvalue) from t_systemprofile where fcategory = 'GL' and fkey = 'StartYear'
     select @lGLUsePeriod = convert(int,fvalue) from t_systemprofile where fcategory = 'GL' and fkey = 'StartPeriod')";
 
-/// `text` between quotes as it stands: the catalogues hold no single quote.
-std::string inQuotes(const std::string& text) {
-  return "'" + text + "'";
-}
-
 /// The findings of the batch, in the caller's language.
 class Findings {
  public:
   explicit Findings(const std::string& language) : language_(language) {}
 
-  std::string translated(const char* text) const { return LoadMessage(text, language_); }
+  /// A text in the caller's language, as a literal.
+  std::string literal(const char* text) const { return quoted(LoadMessage(text, language_)); }
 
-  /// Writes one finding; `info` is a literal.
-  std::string insert(const char* item, const char* severity, const std::string& info) const {
+  /// Writes one finding.
+  std::string insert(const char* item, const char* severity, const char* info) const {
     return SqlLines()
         .line("    insert into #ErrorInfo (FChkItem, FChkType, FChkInfo)")
-        .line("    values (" + inQuotes(translated(item)) + "," + inQuotes(translated(severity)) +
-              "," + info + ")")
+        .line("    values (" + literal(item) + "," + literal(severity) + "," + literal(info) + ")")
         .text();
   }
   std::string insertIf(const std::string& condition, const char* item, const char* severity,
                        const char* info) const {
-    return SqlLines()
-        .line(condition)
-        .line(insert(item, severity, inQuotes(translated(info))))
-        .text();
+    return SqlLines().line(condition).line(insert(item, severity, info)).text();
   }
 
  private:
@@ -96,8 +88,7 @@ class Findings {
 std::string startPeriod(const Findings& findings, const SideTerms& side) {
   return SqlLines()
       .line("    if @lUseYear = 0 or @lUsePeriod = 0")
-      .line(
-          findings.insert("初始化设置", kSerious, quoted(findings.translated(side.noStartPeriod))))
+      .line(findings.insert("初始化设置", kSerious, side.noStartPeriod))
       .line("else")
       .line("begin")
       .lines(kReadLedgerStart)
@@ -132,10 +123,9 @@ std::string initialDocuments(const Findings& findings, const SideTerms& side,
   const std::string name = LocalizedFieldName("FName", options.language);
   return SqlLines()
       .line(" insert into #ErrorInfo (FChkItem, FChkType, FChkInfo)")
-      .line(" select " + inQuotes(findings.translated("初始化单据")) + "," +
-            inQuotes(findings.translated(severity)) + ",u1." + name +
-            " + '[' + isnull(v1.fbillno,'') + '] ' + " +
-            inQuotes(findings.translated("没有设置往来科目")))
+      .line(" select " + findings.literal("初始化单据") + "," + findings.literal(severity) +
+            ",u1." + name + " + '[' + isnull(v1.fbillno,'') + '] ' + " +
+            findings.literal("没有设置往来科目"))
       .line(" from t_rp_begData v1 inner join t_rp_billtype u1 on (v1.fclasstypeid =u1.fid)")
       .line(std::string(" where v1.frp = ") + side.frp + " and isnull(v1.FAccountID,0) = 0 ")
       .text();

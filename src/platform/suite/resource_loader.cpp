@@ -1,18 +1,22 @@
 #include "platform/suite/resource_loader.h"
 
-#include <algorithm>
-
+#include "velmora/collections/letter_case.h"
 #include "velmora/com/error.h"
 
 namespace velmora::suite {
 
 namespace {
 
-std::string upperCased(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-  });
-  return text;
+constexpr const char* kProgId = "Q8RESLOADER.Loader";
+
+/// The file name's part for `language`. Only these name files: what a caller's string gives
+/// must not lead out of the folder of messages.
+std::string_view fileSuffix(std::string_view language) {
+  for (const std::string_view known : {"CHS", "CHT", "EN"})
+    if (collections::equalsIgnoringCase(language, known)) return known;
+  throw com::Error(com::error::kInvalidArgument, kProgId,
+                   "There are no texts in language \"" + std::string(language) +
+                       "\"; chs, CHT or EN is expected");
 }
 
 }  // namespace
@@ -21,7 +25,7 @@ const com::DispatchTable<ResourceLoader>& ResourceLoader::dispatchTable() {
   using collections::Variant;
   static const auto table = [] {
     auto made = std::make_unique<com::DispatchTable<ResourceLoader>>(
-        "Loader", "Q8RESLOADER.Loader", com::Guid::parse("5E0A3B6C-7D12-4F0B-9C55-2B1D8E4A7F01"),
+        "Loader", kProgId, com::Guid::parse("5E0A3B6C-7D12-4F0B-9C55-2B1D8E4A7F01"),
         com::IDispatch::kInterfaceId);
     made->method("LoadString", &ResourceLoader::LoadString, {"key"})
         .method("Unload", &ResourceLoader::Unload, {})
@@ -44,10 +48,11 @@ const com::DispatchTable<ResourceLoader>& ResourceLoader::dispatchTable() {
 
 std::string ResourceLoader::LoadString(const std::string& key) {
   if (!catalogue_)
-    catalogue_ = MessageCatalogue::cached(findMessageFile(baseName_ + "_" + upperCased(language_)));
+    catalogue_ = MessageCatalogue::cached(
+        findMessageFile(baseName_ + "_" + std::string(fileSuffix(language_))));
   const auto text = catalogue_->find(key);
   if (!text)
-    throw com::Error(com::error::kInvalidArgument, "Q8RESLOADER.Loader",
+    throw com::Error(com::error::kInvalidArgument, kProgId,
                      "There is no text '" + key + "' in language " + language_);
   return std::string(*text);
 }

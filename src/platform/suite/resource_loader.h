@@ -10,9 +10,9 @@ namespace velmora::suite {
 
 /// "Q8RESLOADER.Loader": the texts of a resource file family in one language.
 ///
-/// Properties ResFileBaseName ("Q8ArAp") and LanguageID ("EN", "CHT"; letter case
+/// Properties ResFileBaseName ("Q8ArAp") and LanguageID ("chs", "CHT" or "EN"; letter case
 /// ignored) choose the catalogue; LoadString gives a text by its key and raises
-/// com::Error naming key or catalogue when there is none; Unload lets the
+/// com::Error naming key, language or catalogue when there is none; Unload lets the
 /// catalogue go.
 class ResourceLoader final : public com::DispatchObject<ResourceLoader> {
  public:
