@@ -24,14 +24,14 @@ std::string buildQuery(Builder build, const DictionaryRef& dFilter) {
       [] { return std::string(); });
 }
 
-/// A writer of statements as a public operation: without a data source, so that no
-/// caller's access rules apply; false instead of a failure.
+/// A writer of statements as a public operation: with the row access of the caller of the
+/// object's operation before, if there was one; false instead of a failure.
 template <class Writer>
-bool writeStatements(Writer write, const DictionaryRef& dFilter) {
+bool writeStatements(Writer write, const CallSetup& call, const DictionaryRef& dFilter) {
   return runOperation(
       Voting::abstains,
       [&](Place&) {
-        write(nullptr, given(dFilter, "dFilter"));
+        write(call.lastDataSource(), given(dFilter, "dFilter"));
         return true;
       },
       [] { return false; });
@@ -145,11 +145,11 @@ Result clsInitBalCheck::GetInitAmtCheck(const std::string& sDsn, DictionaryRef& 
 }
 
 bool clsInitBalCheck::GetClosingCheckDataSql(DictionaryRef& dFilter) {
-  return writeStatements(amount::GetClosingCheckDataSql, dFilter);
+  return writeStatements(amount::GetClosingCheckDataSql, call_, dFilter);
 }
 
 bool clsInitBalCheck::GetAmtCheckDataSql(DictionaryRef& dFilter) {
-  return writeStatements(amount::GetAmtCheckDataSql, dFilter);
+  return writeStatements(amount::GetAmtCheckDataSql, call_, dFilter);
 }
 
 }  // namespace velmora

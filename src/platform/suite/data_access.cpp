@@ -36,11 +36,12 @@ ado::RecordsetRef queryForUser(const ado::ConnectionRef& connection, const char*
   return command->Execute();
 }
 
-/// The tables that have rules for `user`, as they spell them.
+/// The tables that have rules for `user`, as they spell them but for blanks at the end, which
+/// the database does not tell apart.
 DictionaryRef ruledTables(const ado::ConnectionRef& connection, std::int32_t user) {
   auto tables = com::make<Dictionary>();
   const auto rows = queryForUser(
-      connection, "select distinct FTableName from t_AccessRule where FUserID = ?", user);
+      connection, "select distinct rtrim(FTableName) from t_AccessRule where FUserID = ?", user);
   for (; !rows->EOF_(); rows->MoveNext()) tables->Set(rows->GetValue(0).toText(), true);
   return tables;
 }
