@@ -80,6 +80,56 @@ TEST_F(Reconcile, QuotesItemNumbers) {
               HasSubstr("no item of class 1 has a number in x' or '1'='1.."));
 }
 
+/// User 16394 may see the customer C000001.
+TEST_F(Reconcile, ShowsNoRowsUntilRowAccessIsDecided) {
+  ASSERT_EQ(runVelmora({"sql", "--write", "--db", demo(),
+                        "insert into t_AccessSwitch (FUserID, FUsed) values (16394, 1)\n"
+                        "insert into t_AccessRule (FUserID, FTableName, FKeyID) select 16394, "
+                        "'t_Item', FItemID from t_Item where FNumber = 'C000001'"})
+                .status,
+            kOk);
+  const auto dsn = [](const std::string& user) {
+    return "ConnectString={Provider=Velmora.Embedded;Data Source=" + demo() +
+           ";Mode=Read};SubID=AR;" + user;
+  };
+  const auto compared = [](const std::vector<std::string>& more) {
+    std::vector<std::string> arguments{"reconcile", "period",   "--accounts",
+                                       "1122",      "--format", "json"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    const auto done = runVelmora(arguments);
+    return done.out.empty() ? done.err : to_string(ordered_json::parse(done.out)["compared"]);
+  };
+  EXPECT_EQ(compared({"--db", demo(), "--user", "16394"}), "1");
+  EXPECT_EQ(compared({"--dsn", dsn("UserName='t Hooft;UserID=16394;Trusted")}), "1");
+  EXPECT_EQ(compared({"--dsn", dsn("UserID=ada"), "--user", "16394"}), "1");
+  EXPECT_EQ(compared({"--dsn", dsn("UserID=16394"), "--items", "C000001' or '1'='1.."}), "0");
+  EXPECT_THAT(compared({"--db", demo(), "--user", "-1"}), HasSubstr("--user"));
+  EXPECT_THAT(compared({"--dsn", dsn("UserName=x;=;UserID=16394")}), HasSubstr("UserID=NUMBER"));
+
+  const std::string request = R"({"class":"clsInitBalCheck","operation":"GetClosingAmtCheck",)"
+                              R"("arguments":{"dFilter":{"BYear":2009,"BPeriod":3,"CurrencyID":0,)"
+                              R"("ItemClass":1,"AcctList":"1","AcctLogic":"+"}}})";
+  for (const std::vector<std::string>& command : {std::vector<std::string>{"reconcile", "period"},
+                                                  {"reconcile", "initial"},
+                                                  {"reconcile", "closing", "--no-detail"},
+                                                  {"call", request}}) {
+    auto arguments = command;
+    arguments.insert(arguments.end(), {"--dsn", dsn("UserID=ada")});
+    const auto refused = runVelmora(arguments);
+    EXPECT_EQ(refused.status, kFailed);
+    EXPECT_THAT(
+        refused.out + refused.err,
+        AllOf(HasSubstr("UserID is"), HasSubstr("--no-row-access"), Not(HasSubstr("FAcct"))));
+    EXPECT_EQ(refused.out.empty(), command.front() != "call") << refused.out;
+    arguments.emplace_back("--no-row-access");
+    const auto all = runVelmora(arguments);
+    EXPECT_NE(all.status, kFailed);
+    EXPECT_NE(all.out, "");
+    EXPECT_THAT(all.err, HasSubstr("note: --no-row-access: these are the rows of all users"));
+  }
+  EXPECT_THAT(run({"closing", "--no-row-access"}).err, HasSubstr("--no-row-access was not needed"));
+}
+
 TEST_F(Reconcile, NamesWhatIsWrong) {
   const struct {
     std::vector<std::string> arguments;

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "cli/call/json_values.h"
+#include "cli/row_access.h"
 #include "cli/secrets.h"
 #include "velmora/collections/letter_case.h"
 #include "velmora/com/class_table.h"
@@ -193,6 +194,18 @@ std::vector<Variant> Caller::argumentsOf(const MethodInfo& method, const Json& g
   return values;
 }
 
+/// What the operation answers. When it could not decide which rows the user may see, the
+/// arguments that it filled go, too.
+Variant Caller::invoke(com::IDispatch& object, const MethodInfo& method,
+                       std::vector<Variant>& values) const {
+  Variant result = object.Invoke(method.name, values);
+  if (!withoutRowAccess_ && undecidedRowAccess()) {
+    values.clear();
+    requireRowAccess();
+  }
+  return result;
+}
+
 Caller::Answer Caller::answer(std::string_view request) {
   com::GetObjectContext().reset();
   com::ClearErrorInfo();
@@ -204,7 +217,7 @@ Caller::Answer Caller::answer(std::string_view request) {
     com::IDispatch& object = objectOf(parsed.className);
     method = &methodOf(object.GetTypeInfo(), parsed.operation);
     values = argumentsOf(*method, parsed.arguments);
-    result = jsonFromValue(object.Invoke(method->name, values));
+    result = jsonFromValue(invoke(object, *method, values));
   });
   if (const Json unwritable = errorOf([&] {
         if (method != nullptr) arguments = argumentsAfter(*method, values);

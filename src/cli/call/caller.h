@@ -15,8 +15,10 @@ namespace velmora::cli {
 /// source that an earlier operation of the same object opened.
 class Caller {
  public:
-  /// `dsn` is the argument sDsn of requests without one; empty: there is none.
-  explicit Caller(std::string dsn) : dsn_(std::move(dsn)) {}
+  /// `dsn` is the argument sDsn of requests without one; empty: there is none. An operation
+  /// that could not decide on row access has failed, unless `withoutRowAccess`.
+  explicit Caller(std::string dsn, bool withoutRowAccess = false)
+      : dsn_(std::move(dsn)), withoutRowAccess_(withoutRowAccess) {}
 
   struct Answer {
     Json json;
@@ -30,8 +32,11 @@ class Caller {
   collections::Variant absentArgument(const com::MethodInfo& method,
                                       const com::ParameterInfo& parameter) const;
   std::vector<collections::Variant> argumentsOf(const com::MethodInfo& method, const Json& given);
+  collections::Variant invoke(com::IDispatch& object, const com::MethodInfo& method,
+                              std::vector<collections::Variant>& values) const;
 
   std::string dsn_;
+  bool withoutRowAccess_;
   std::vector<com::Ref<com::IDispatch>> objects_;
 };
 

@@ -8,6 +8,7 @@
 #include "cli/component.h"
 #include "cli/failure.h"
 #include "cli/options.h"
+#include "cli/row_access.h"
 
 namespace velmora::cli {
 
@@ -16,11 +17,15 @@ namespace {
 struct Options {
   AccountSetOptions accountSet;
   std::string request;
-  bool stream = false;
+  bool stream = false, noRowAccess = false;
 };
 
-void writeAnswer(std::ostream& out, const Caller::Answer& answer) {
-  out << jsonText(answer.json) << '\n' << std::flush;
+/// Answers `request`; whether its operation ran.
+bool tellAnswer(Caller& caller, const std::string& request, Streams& streams) {
+  const auto answer = caller.answer(request);
+  if (answer.ran && undecidedRowAccess()) streams.err << noRowAccessNote() << '\n';
+  streams.out << jsonText(answer.json) << '\n' << std::flush;
+  return answer.ran;
 }
 
 int answerOne(Caller& caller, const Options& options, Streams& streams) {
@@ -28,15 +33,12 @@ int answerOne(Caller& caller, const Options& options, Streams& streams) {
                                   ? std::string(std::istreambuf_iterator<char>(streams.in),
                                                 std::istreambuf_iterator<char>())
                                   : options.request;
-  const auto answer = caller.answer(request);
-  writeAnswer(streams.out, answer);
-  return answer.ran ? kOk : kFailed;
+  return tellAnswer(caller, request, streams) ? kOk : kFailed;
 }
 
 int answerEachLine(Caller& caller, Streams& streams) {
   for (std::string line; std::getline(streams.in, line) && streams.out;)
-    if (line.find_first_not_of(" \t\r") != std::string::npos)
-      writeAnswer(streams.out, caller.answer(line));
+    if (line.find_first_not_of(" \t\r") != std::string::npos) tellAnswer(caller, line, streams);
   return kOk;
 }
 
@@ -45,7 +47,7 @@ int call(const Options& options, Streams& streams) {
   // A file is kept open, so that the calls do not open it one by one.
   std::optional<Session> session;
   if (!options.accountSet.db.empty()) session.emplace(options.accountSet);
-  Caller caller(dsnFor(options.accountSet));
+  Caller caller(dsnFor(options.accountSet), options.noRowAccess);
   return options.stream ? answerEachLine(caller, streams) : answerOne(caller, options, streams);
 }
 
@@ -70,7 +72,8 @@ void addCall(CLI::App& program, Run& chosen) {
       "...]]}}.\n"
       "\n"
       "Exit status 0 when the operation ran, whatever it answered; 3 when \"error\" says why\n"
-      "it did not. With --stream every line is answered and the status is 0.");
+      "it did not, or that row access could not be decided, and nothing is shown then.\n"
+      "With --stream every line is answered and the status is 0.");
   command->add_option("REQUEST", options->request, "The request; standard input if absent")
       ->type_name("");
   command->add_flag(
@@ -78,6 +81,7 @@ void addCall(CLI::App& program, Run& chosen) {
       "Read one request a line and answer one a line; objects live from line to line");
   addConnectionOptions(*command, options->accountSet);
   addSideOption(*command, options->accountSet);
+  addRowAccessOptions(*command, options->accountSet, options->noRowAccess);
   addLanguageOption(*command, options->accountSet);
   command->callback([options, &chosen] {
     if (options->stream && !options->request.empty())

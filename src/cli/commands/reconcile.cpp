@@ -6,6 +6,7 @@
 #include "cli/failure.h"
 #include "cli/options.h"
 #include "cli/reconcile/comparison_report.h"
+#include "cli/row_access.h"
 
 namespace velmora::cli {
 
@@ -15,7 +16,7 @@ struct Options {
   AccountSetOptions accountSet;
   ReconcileOptions reconcile;
   Format format = Format::table;
-  bool onlyDifferences = false, showSql = false;
+  bool onlyDifferences = false, showSql = false, noRowAccess = false;
 };
 
 constexpr std::pair<const char*, const char*> kStatements[] = {
@@ -63,6 +64,10 @@ int runReconcile(const Options& options, Streams& streams) {
   ReconcileOptions asked = options.reconcile;
   asked.receivables = options.accountSet.receivables;
   Reconciliation reconciliation = reconcile(session, asked);
+  if (options.noRowAccess)
+    streams.err << noRowAccessNote() << '\n';
+  else
+    requireRowAccess();
   if (options.showSql) writeStatements(streams.err, *reconciliation.filter);
   if ((asked.estimates || asked.outsourcing) && reconciliation.currency.id > 1)
     streams.err << "note: estimates are kept in local currency; they do not count here\n";
@@ -135,6 +140,7 @@ void addComparison(CLI::App& parent, Run& chosen, Comparison comparison, const c
                   name));
   addConnectionOptions(*command, options->accountSet);
   addSideOption(*command, options->accountSet);
+  addRowAccessOptions(*command, options->accountSet, options->noRowAccess);
   addPeriodOptions(*command, options->reconcile);
   addScopeOptions(*command, options->reconcile);
   addContentOptions(*command, *options);
