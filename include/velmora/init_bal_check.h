@@ -52,12 +52,14 @@ class _clsInitBalCheck : public com::IDispatch {
   /// them: Chk_CreateTable, Chk_InitArpAmt, Chk_InitGlAmt, Chk_UpdateTable,
   /// bClosingAmt, and the ranges bItemFilter/strItemFilter, bDptFilter/strDptFilter,
   /// bEmpFilter/strEmpFilter. Options as GetClosingAmtCheck, bShowDetail and bArp
-  /// false when absent. False also when AcctList and AcctLogic differ in length.
+  /// false when absent. Holds the AR/AP side to the rows that the caller of this object's
+  /// last operation with an sDsn may see; all rows when there was none. False also when AcctList
+  /// and AcctLogic differ in length.
   virtual bool GetClosingCheckDataSql(collections::DictionaryRef& dFilter) = 0;
 
   /// Writes the statements of the initial or period check into `dFilter`, without
-  /// running them; keys as GetClosingCheckDataSql without bClosingAmt. Options as
-  /// GetInitAmtCheck, bArp false when absent.
+  /// running them; keys and row access as GetClosingCheckDataSql, without bClosingAmt.
+  /// Options as GetInitAmtCheck, bArp false when absent.
   virtual bool GetAmtCheckDataSql(collections::DictionaryRef& dFilter) = 0;
 
   /// Runs the period-closing checks. Options: bArp (true); BYear, BPeriod (BPeriod
