@@ -23,7 +23,7 @@ bool namesUser(std::string_view text) {
 /// where nothing is read. The database's own settings do not count, unless they run to the
 /// end, because the brace around them is never closed.
 bool mentionsUser(std::string_view text) {
-  text = text.substr(0, text.find_last_not_of(' ') + 1);
+  text = text.substr(0, text.find_last_not_of(" \t\r\n") + 1);
   for (const auto& [key, value] : suite::readCallerString(text)) {
     const auto start = static_cast<std::size_t>(value.data() - text.data());
     const std::size_t end = start + value.size();

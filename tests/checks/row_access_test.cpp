@@ -7,7 +7,6 @@ namespace velmora {
 namespace {
 
 using collections::Decimal;
-using testing::HasSubstr;
 using std::string_literals::operator""s;
 
 /// The customer C1 owes 1, C2 owes 20. User 7 sees C2, a caller without user nothing.
@@ -21,7 +20,8 @@ class WaysRoundRowAccess : public ReconciledBooks {
              (7,'t_Item ',12), (0,'T_ITEM',-1))");
     for (const char* key : {"ItemFilter", "strItemFilter", "strDptFilter"})
       filter_->Set(key, "t10.FNumber >'' or 1=1");
-    for (const char* key : {"bItemFilter", "NeedAccess"}) filter_->Set(key, false);
+    filter_->Set("bItemFilter", true);
+    filter_->Set("NeedAccess", false);
     for (const char* key : {"strCheckInfoSQL", "Chk_InitArpAmt"}) filter_->Set(key, "select 1");
   }
 
@@ -31,12 +31,12 @@ class WaysRoundRowAccess : public ReconciledBooks {
   }
   /// What the caller sees of receivables. The operations that apply row access take turns,
   /// with detail and without.
-  std::string seen(const std::string& callerString) {
+  std::string seen(const std::string& sDsn) {
     const int turn = turn_++;
     filter_->Set("bShowDetail", turn % 4 < 2);
     filter_->Remove("bClosingAmt");
-    return receivablesOf(turn % 2 == 0 ? object_->GetClosingAmtCheck(callerString, filter_)
-                                       : object_->GetInitAmtCheck(callerString, filter_));
+    return receivablesOf(turn % 2 == 0 ? object_->GetClosingAmtCheck(sDsn, filter_)
+                                       : object_->GetInitAmtCheck(sDsn, filter_));
   }
 
   com::Ref<_clsInitBalCheck> object_ =
@@ -88,8 +88,8 @@ TEST_F(WaysRoundRowAccess, EndAtTheUsersOwnRowsOrInAReason) {
   dsn();  // ends the connection for writing
   const auto open = held();
   for (const auto& test : cases)
-    for (const std::string& callerString : test.callerStrings)
-      EXPECT_EQ(seen(this->callerString(callerString)), test.sees) << callerString.substr(0, 80);
+    for (const std::string& text : test.callerStrings)
+      EXPECT_EQ(seen(callerString(text)), test.sees) << text.substr(0, 80);
 }
 
 TEST_F(WaysRoundRowAccess, StatementsAreMadeForTheUserOfTheOperationBefore) {

@@ -59,7 +59,7 @@ TEST(CallerStringFor, LeavesASuiteStringAsItIsUnlessLanguageOrUserIsAskedFor) {
 TEST(CallerStringFor, RefusesAUserThatNobodyReads) {
   for (const char* text :
        {"ConnectString={X};UserName=O;Brien;UserID=7", "ConnectString={X};=;UserID=7",
-        "ConnectString={X;UserID=7", "ConnectString={X};UserName={x;userid=7 ",
+        "ConnectString={X;UserID=7\n", "ConnectString={X};UserName={x;userid=7 ",
         "UserName={x} UserID=7;ConnectString={X}", "ConnectString={X};UserID\xC2\xA0=7"})
     EXPECT_THAT(failureOf([&] { callerStringFor(text, {}); }), HasSubstr("UserID=NUMBER")) << text;
   for (const char* text :

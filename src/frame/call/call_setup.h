@@ -18,8 +18,8 @@ class CallSetup {
   /// Raises kFailed when no operation of this object has set up a data source yet.
   CDataSource& dataSource() const;
 
-  /// The data source that the last operation with a connection string set up; nothing when
-  /// there was none.
+  /// The data source of the last connection string that could be read; nothing when there
+  /// was none.
   const CDataSource* lastDataSource() const noexcept { return dataSource_.get(); }
 
  private:

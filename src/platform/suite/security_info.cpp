@@ -11,6 +11,7 @@ namespace velmora::suite {
 namespace {
 
 constexpr const char* kProgId = "TirnBase.SecurityInfo";
+constexpr std::size_t kLongestShown = 40;
 
 }  // namespace
 
@@ -33,8 +34,9 @@ std::int32_t SecurityInfo::GetCurrentUserID(const std::string& connectionString)
   const auto read = std::from_chars(text.data(), end, user);
   if (read.ec != std::errc() || read.ptr != end || user < 0)
     throw com::Error(com::error::kInvalidArgument, kProgId,
-                     "The connection string's UserID is \"" + text +
-                         "\"; a whole number from 0 to 2147483647 is expected");
+                     "The connection string's UserID is " +
+                         (text.size() > kLongestShown ? "a long text" : '"' + text + '"') +
+                         "; a whole number from 0 to 2147483647 is expected");
   return user;
 }
 
