@@ -112,7 +112,7 @@ std::string receiptsOffVoucher(const QueryFilter& filter) {
 
 std::string GetUnAccountArpBillStr(const collections::Dictionary& dFilter) {
   const QueryFilter filter(dFilter);
-  const SideNames& side = filter.bArp ? kReceivables : kPayables;
+  const SideNames& side = filter.bArp() ? kReceivables : kPayables;
   return joined({invoicesWithoutAccount(filter, side), invoicesOffVoucher(filter, side),
                  arpBillsWithoutAccount(filter), arpBillsOffVoucher(filter),
                  receiptsWithoutAccount(filter), receiptsOffVoucher(filter)});

@@ -39,7 +39,7 @@ std::string financialPeriods(const QueryFilter& filter, const SideNames& side) {
 
 std::string GetUnPeriodICBillStr(const collections::Dictionary& dFilter) {
   const QueryFilter filter(dFilter);
-  const SideNames& side = filter.bArp ? kReceivables : kPayables;
+  const SideNames& side = filter.bArp() ? kReceivables : kPayables;
   return SqlLines()
       .line("select v1.FDate, u1." + filter.nameColumn() +
             " as FType, v1.FBillNo, v1.FcurrencyID,isnull(v1.FAcctID,0) as FAccountID, v2.FAmount "

@@ -47,11 +47,12 @@ std::string GetPeriodMatchStr(const CDataSource& dataSource, collections::Dictio
   const FiscalPeriod arp = {dFilter.Value("BYear").toInt32(), dFilter.Value("BPeriod").toInt32()};
   const FiscalPeriod inventory = currentPeriodOf(dataSource, "IC");
   const FiscalPeriod ledger = currentPeriodOf(dataSource, "GL");
-  const std::string module = LoadMessage(filter.bArp ? "应收系统" : "应付系统", filter.language);
+  const std::string module =
+      LoadMessage(filter.bArp() ? "应收系统" : "应付系统", filter.language());
 
   std::vector<std::string> findings;
-  for (const std::string& finding : {inventoryFinding(inventory, arp, module, filter.language),
-                                     ledgerFinding(ledger, arp, module, filter.language)})
+  for (const std::string& finding : {inventoryFinding(inventory, arp, module, filter.language()),
+                                     ledgerFinding(ledger, arp, module, filter.language())})
     if (!finding.empty()) findings.push_back("select " + quoted(finding) + " as FErrInfo ");
   return joined(findings);
 }

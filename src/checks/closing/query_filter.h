@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -8,21 +7,25 @@
 
 namespace velmora::closing {
 
-/// What the query builders read from the caller's filter, and the pieces of T-SQL that
-/// all of them share.
-struct QueryFilter {
-  explicit QueryFilter(const collections::Dictionary& filter);
+/// The caller's filter, each key read when a builder needs it, and the pieces of T-SQL
+/// that the builders share.
+class QueryFilter {
+ public:
+  /// `filter` has to outlive this.
+  explicit QueryFilter(const collections::Dictionary& filter) : filter_(filter) {}
 
-  bool bArp;        ///< receivables, else payables
-  bool upToPeriod;  ///< bCheckPassed: every period up to this one
-  bool bothSides;   ///< bShowAll
-  std::string year, period;
-  std::string language;
-  std::int32_t currency;
-  std::string itemFilter;
+  /// Receivables, else payables.
+  bool bArp() const { return filter_.Value("bArp").toBool(); }
+  /// bCheckPassed: every period up to this one.
+  bool upToPeriod() const { return filter_.Value("bCheckPassed").toBool(); }
+  bool bothSides() const { return filter_.Value("bShowAll").toBool(); }
+  std::string year() const { return number("BYear"); }
+  std::string period() const { return number("BPeriod"); }
+  std::string localDecimal() const { return number("LocalDecimal"); }
+  std::string language() const { return filter_.Value("strLanguage").toText(); }
 
   /// "1" for receivables, "0" for payables, as the documents' FRP columns hold it.
-  const char* side() const noexcept { return bArp ? "1" : "0"; }
+  const char* side() const { return bArp() ? "1" : "0"; }
 
   /// A message in the caller's language, as a text literal.
   std::string literal(std::string_view message) const;
@@ -41,6 +44,14 @@ struct QueryFilter {
   /// The join that lets the caller's condition name the item of `customerColumn` (alias
   /// t1); empty without a condition.
   std::string itemJoin(std::string_view customerColumn) const;
+
+ private:
+  std::string itemFilter() const { return filter_.Value("ItemFilter").toText(); }
+  std::string number(std::string_view key) const {
+    return std::to_string(filter_.Value(key).toInt32());
+  }
+
+  const collections::Dictionary& filter_;
 };
 
 }  // namespace velmora::closing

@@ -36,9 +36,9 @@ std::string GetUnAuditArpBillStr(const collections::Dictionary& dFilter) {
       .lineIf(!item.empty(), item)
       .line(" where ( v1.FStatus & 1 )=0 ")
       .line(" and   ( v1.FStatus & 16 )=0 ")
-      .lineIf(!filter.bothSides, std::string(" and v1.FRP=") + filter.side())
-      .line(" and v1.FYear=" + filter.year)
-      .line(" and FPeriod=" + filter.period)
+      .lineIf(!filter.bothSides(), std::string(" and v1.FRP=") + filter.side())
+      .line(" and v1.FYear=" + filter.year())
+      .line(" and FPeriod=" + filter.period())
       .text();
 }
 

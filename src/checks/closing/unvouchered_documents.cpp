@@ -48,8 +48,8 @@ std::string receipts(const QueryFilter& filter) {
 std::string GetUnVchArpBillStr(const collections::Dictionary& dFilter) {
   const QueryFilter filter(dFilter);
   std::vector<std::string> parts;
-  if (filter.bothSides || filter.bArp) parts.push_back(importedInvoices(filter, true));
-  if (filter.bothSides || !filter.bArp) parts.push_back(importedInvoices(filter, false));
+  if (filter.bothSides() || filter.bArp()) parts.push_back(importedInvoices(filter, true));
+  if (filter.bothSides() || !filter.bArp()) parts.push_back(importedInvoices(filter, false));
   parts.push_back(arpBills(filter));
   parts.push_back(receipts(filter));
   return joined(parts);
@@ -57,7 +57,7 @@ std::string GetUnVchArpBillStr(const collections::Dictionary& dFilter) {
 
 std::string GetUnVchInvoiceStr(const collections::Dictionary& dFilter) {
   const QueryFilter filter(dFilter);
-  return invoices(filter, filter.bArp,
+  return invoices(filter, filter.bArp(),
                   "    Where IsNull(v1.FVchInterID, 0) <= 0  and v1.FArapStatus & 1 > 0 and ");
 }
 

@@ -19,7 +19,7 @@ std::string advanceOffsets(const QueryFilter& filter) {
       .line(" and c.FVoucherID<=0 ")
       .line(std::string(" and c.frp=") + filter.side())
       .line(" and  ( d.FPre = 1 or (d.fpre = 0 and d.fisinit = 1 )) ")
-      .line(filter.bArp ? " and (c.FType=5 or c.FType=15)" : " and (c.FType=6 or c.FType=16)")
+      .line(filter.bArp() ? " and (c.FType=5 or c.FType=15)" : " and (c.FType=6 or c.FType=16)")
       .text();
 }
 
@@ -37,7 +37,7 @@ std::string GetUnVchExtBillStr(const std::function<const CDataSource&()>& dataSo
                                const collections::Dictionary& dFilter) {
   const QueryFilter filter(dFilter);
   const bool advances = dFilter.Value("bPreChecked").toBool();
-  const char* type = !advances ? "转账" : filter.bArp ? "预收冲应收" : "预付冲应付";
+  const char* type = !advances ? "转账" : filter.bArp() ? "预收冲应收" : "预付冲应付";
   SqlLines query;
   query
       .line(" select d.FDate, d.FNumber as FBillNO," + filter.literal(type) + " as Ftype," +
@@ -46,7 +46,7 @@ std::string GetUnVchExtBillStr(const std::function<const CDataSource&()>& dataSo
       .line("from t_rp_newcheckinfo c inner join t_rp_contact d on (c.FContactID=d.FID)")
       .line(" where c.FTransfer=1 ")
       .line(advances ? advanceOffsets(filter) : ordinaryTransfers());
-  if (!filter.upToPeriod) query.line(settledInPeriod(dataSource(), filter.bArp, dFilter));
+  if (!filter.upToPeriod()) query.line(settledInPeriod(dataSource(), filter.bArp(), dFilter));
   return query.line(std::string(" and d.FRP=") + filter.side()).text();
 }
 

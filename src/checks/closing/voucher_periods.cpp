@@ -37,8 +37,8 @@ std::string GetUnPeriodVchBillStr(collections::Dictionary& dFilter) {
       .line(
           "Where t1.FVoucherID = t2.FVoucherID And (t1.FPeriod <> t2.FPeriod or t1.FYear <> "
           "t2.FYear ) ")
-      .line(" and t1.FIsinit = 0 and t1.FYear = " + filter.year)
-      .line(" and t1.Fperiod = " + filter.period)
+      .line(" and t1.FIsinit = 0 and t1.FYear = " + filter.year())
+      .line(" and t1.Fperiod = " + filter.period())
       .line(std::string(" and t1.FRp = ") + filter.side())
       .text();
 }
