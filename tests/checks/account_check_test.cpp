@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "account_set.h"
+#include "answered.h"
 #include "frame/classes.h"
 #include "late_bound.h"
 #include "scripted_database.h"
@@ -61,9 +62,8 @@ class AccountCheck : public AccountSet {
   /// The findings as "number severity|info|class".
   std::vector<std::string> findings(const std::string& more = {}) {
     std::vector<std::string> lines;
-    const auto rows = check(dsn(more));
-    EXPECT_TRUE(rows) << com::GetErrorInfo().value_or(com::ErrorInfo{}).description;
-    for (; rows && !rows->EOF_(); rows->MoveNext())
+    const auto rows = answered(check(dsn(more)));
+    for (; !rows->EOF_(); rows->MoveNext())
       lines.push_back(rows->GetValue(0).toText() + ' ' + rows->GetValue(1).toText() + '|' +
                       rows->GetValue(2).toText() + '|' + rows->GetValue(3).toText());
     return lines;
@@ -226,8 +226,8 @@ TEST_F(AccountCheck, FailsWithTheReason) {
   database.answer("inner join syscolumns", rowset({"name"}, columns));
   database.fail("from t_Organization t1 ", "deadlock");
   EXPECT_FALSE(check(kScriptedDsn));
-  EXPECT_EQ(com::GetErrorInfo()->description, "deadlock");
-  EXPECT_EQ(com::GetErrorInfo()->place, "t_Organization");
+  EXPECT_EQ(reason().description, "deadlock");
+  EXPECT_EQ(reason().place, "t_Organization");
   EXPECT_EQ(database.open, 0);
   EXPECT_FALSE(check("A=1;A=2"));
 }

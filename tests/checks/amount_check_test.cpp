@@ -1,5 +1,6 @@
 // The amount reconciliation on small books, through the public operations.
 
+#include "answered.h"
 #include "reconciled_books.h"
 
 namespace velmora {
@@ -34,7 +35,7 @@ TEST_F(AmountCheck, ComparesThePeriodByAccountAndItem) {
                           "1122(小计)||101 110 110 50 57 30 30 130 137",
                           "2203|C1|0 -40 -40 0 0 5 5 -45 -45", "2203|C2|0 0 0 0 0 0 0 0 0",
                           "2203(小计)||101 -40 -40 0 0 5 5 -45 -45"));
-  EXPECT_EQ(answer_->fieldCount(), 38u);
+  EXPECT_EQ(answered(answer_)->fieldCount(), 38u);
   EXPECT_EQ(filter_->Value("bShowDetail").toText(), "True");
   EXPECT_EQ(filter_->Value("bChkForAdjust").toText(), "False");
   EXPECT_EQ(filter_->Value("strLanguage").toText(), "chs");
@@ -96,7 +97,7 @@ TEST_F(AmountCheck, ComparesInitialDataWithOpeningBalances) {
   EXPECT_THAT(periodRows(kBalances),
               ElementsAre("1122|C1|0 90 91 1", "1122|C2|0 0 0 0", "1122(小计)||101 90 91 1",
                           "2203|C1|0 0 0 0", "2203|C2|0 0 0 0", "2203(小计)||101 0 0 0"));
-  EXPECT_EQ(answer_->fieldCount(), 20u);
+  EXPECT_EQ(answered(answer_)->fieldCount(), 20u);
   // Where the ledger starts in this period, only accounts kept by the item class count.
   run("update t_Account set FDetailID = 0 where FAccountID = 1122");
   EXPECT_THAT(periodRows(kBalances), testing::Contains("1122|C1|0 90 0 -90"));
@@ -108,7 +109,7 @@ TEST_F(AmountCheck, ClosingAddsAndSubtractsAccounts) {
   withReceivables();
   filter_->Set("bShowDetail", false);
   EXPECT_THAT(closingRows(kMovements), ElementsAre("|合计|0 70 70 50 57 35 35 85 92"));
-  EXPECT_EQ(answer_->fieldCount(), 37u) << "no currency name";
+  EXPECT_EQ(answered(answer_)->fieldCount(), 37u) << "no currency name";
   filter_->Set("AcctLogic", "+,-");
   EXPECT_THAT(closingRows(kMovements), ElementsAre("|合计|0 70 70 50 57 35 25 85 92"))
       << "signs turn movements, not balances";
@@ -205,7 +206,7 @@ TEST_F(AmountCheck, WritesStatementsWithoutADatabase) {
                         "t1.FAccountID = 2203"));
   collections::DictionaryRef nothing;
   EXPECT_FALSE(object->GetAmtCheckDataSql(nothing));
-  EXPECT_EQ(com::GetErrorInfo()->description, "dFilter is nothing; a Dictionary is expected");
+  EXPECT_EQ(reason().description, "dFilter is nothing; a Dictionary is expected");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "account_set.h"
+#include "answered.h"
 #include "frame/classes.h"
 #include "velmora/collections/vector.h"
 #include "velmora/com/context.h"
@@ -53,12 +54,10 @@ class ClosingFindings : public AccountSet {
     option->Set("BYear", 2009);
     option->Set("BPeriod", 3);
     com::Ref<com::IUnknown> found;
-    EXPECT_TRUE(object_->CheckClosingData(dsn(more), option, found, canClose_))
-        << (com::GetErrorInfo() ? com::GetErrorInfo()->place + com::GetErrorInfo()->description
-                                : "no reason");
+    EXPECT_TRUE(object_->CheckClosingData(dsn(more), option, found, canClose_));
     std::vector<std::string> lines;
-    const auto rows = found.as<ado::Recordset>();
-    for (; rows && !rows->EOF_(); rows->MoveNext())
+    const auto rows = answered(found).as<ado::Recordset>();
+    for (; !rows->EOF_(); rows->MoveNext())
       lines.push_back(rows->Fields()("FChkItem").Value().toText() + ": " +
                       rows->Fields()("FChkInfo").Value().toText());
     return lines;
@@ -90,8 +89,7 @@ class ClosingFindings : public AccountSet {
 TEST_F(ClosingFindings, EveryQueryRunsInEveryVariant) {
   const auto open = held();
   const auto runAll = [&](const DictionaryRef& dFilter) {
-    const auto items = object_->GetCheckItemDict(dsn("LANGUAGE=EN;"), dFilter);
-    ASSERT_TRUE(items) << com::GetErrorInfo()->description;
+    const auto items = answered(object_->GetCheckItemDict(dsn("LANGUAGE=EN;"), dFilter));
     for (const Variant& value : *items.as<collections::Vector>()) {
       const auto item = value.toObject<Dictionary>();
       const std::string query = item->Value("FSql").toText();
@@ -330,8 +328,7 @@ TEST_F(ClosingFindings, TakesTheLastPeriodOnlyFromTheCalendar) {
   EXPECT_FALSE(object_->CheckClosingData(dsn(), option, found, canClose_));
   EXPECT_FALSE(canClose_);
   EXPECT_FALSE(found);
-  ASSERT_TRUE(com::GetErrorInfo());
-  EXPECT_THAT(com::GetErrorInfo()->description, testing::HasSubstr("2012"));
+  EXPECT_THAT(reason().description, testing::HasSubstr("2012"));
 }
 
 }  // namespace

@@ -118,7 +118,7 @@ TEST_F(Estimates, OfOutsourcedProcessing) {
 TEST_F(Estimates, StayOutWhereTheyDoNotBelong) {
   voucherRule(false);
   receipt(1, 1, "2009-03-05", "-1", 7);
-  const auto balance = [&] { return periodRows({"FArpAmount"}).front(); };
+  const auto balance = [&] { return periodRows({"FArpAmount"}).at(0); };
   filter_->Set("bShowDetail", false);
   EXPECT_EQ(balance(), "2204|合计|0 7");
   filter_->Set("CurrencyID", 3);

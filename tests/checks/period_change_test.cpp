@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "account_set.h"
+#include "answered.h"
 #include "frame/classes.h"
 #include "late_bound.h"
 #include "scripted_database.h"
@@ -79,14 +80,14 @@ TEST_F(PeriodChange, FailsWithTheReasonBeside) {
   constexpr const char* kUnexpected = "应收应付系统在检测调整会计期间合法性时，发现意外错误。";
   EXPECT_FALSE(change(kScriptedDsn, "2009-03-01", "2009-02-25"));
   EXPECT_EQ(message_, kUnexpected);
-  EXPECT_EQ(com::GetErrorInfo()->description, "server is down");
+  EXPECT_EQ(reason().description, "server is down");
   EXPECT_EQ(com::GetObjectContext().vote(), com::Vote::abort);
   EXPECT_EQ(database.open, 0);
 
   message_.clear();
   EXPECT_FALSE(change("A=1;A=2", "2009-03-01", "2009-02-25"));
   EXPECT_EQ(message_, kUnexpected);
-  EXPECT_EQ(com::GetErrorInfo()->number, com::error::kDuplicateKey);
+  EXPECT_EQ(reason().number, com::error::kDuplicateKey);
 }
 
 TEST_F(PeriodChange, AsksForTheTableFirst) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "account_set.h"
+#include "answered.h"
 #include "frame/classes.h"
 #include "velmora/collections/dictionary.h"
 #include "velmora/com/context.h"
@@ -88,7 +89,7 @@ class ReconciledBooks : public AccountSet {
     answer_ = (*object.*operation)("SubID=" + side_ + ";" + dsn(), filter_).as<ado::Recordset>();
     EXPECT_EQ(com::GetObjectContext().vote(), com::Vote::none);
     EXPECT_EQ(com::GetErrorInfo().has_value(), !answer_);
-    if (!answer_) return {com::GetErrorInfo()->place + ": " + com::GetErrorInfo()->description};
+    if (!answer_) return {reason().place + ": " + reason().description};
     EXPECT_FALSE(answer_->ActiveConnection());
     std::vector<std::string> lines;
     for (; !answer_->EOF_(); answer_->MoveNext()) {

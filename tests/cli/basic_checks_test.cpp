@@ -60,8 +60,8 @@ TEST_F(BasicChecks, InitCheckEndsWithTheVerdict) {
                                   "1,初始化設置,0,嚴重錯誤,"));
   EXPECT_THAT(csv.err, StartsWith("Payables: 3 findings"));
   const auto json = ordered_json::parse(onDemo({"init-check", "--format", "json"}).out);
-  EXPECT_EQ(json["side"], "ar");
-  EXPECT_EQ(json["findings"].size(), 4U);
+  EXPECT_EQ(json.at("side"), "ar");
+  EXPECT_EQ(json.at("findings").size(), 4U);
 
   const auto onNew = runVelmora({"init-check", "--db", fresh()});
   EXPECT_EQ(onNew.status, kBlocked) << onNew.err;
@@ -108,8 +108,8 @@ TEST_F(BasicChecks, PeriodChangeTellsWhyNot) {
             "allowed,message\r\n1,\"\"\r\n");
   const auto json =
       ordered_json::parse(change("06", "2009-03-10", "2009-06-30", {"--format", "json"}).out);
-  EXPECT_EQ(json["allowed"], false);
-  EXPECT_THAT(json["message"], HasSubstr("2009-03-10"));
+  EXPECT_EQ(json.at("allowed"), false);
+  EXPECT_THAT(json.at("message"), HasSubstr("2009-03-10"));
 }
 
 TEST_F(BasicChecks, ShowSqlPrintsWhatTheComponentRuns) {

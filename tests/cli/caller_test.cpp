@@ -121,7 +121,7 @@ TEST_F(CallerTest, NamesWhatIsWrongWithARequestAndForgetsTheVoteBefore) {
     const auto result = caller_.answer(c.request);
     EXPECT_FALSE(result.ran) << c.request;
     EXPECT_THAT(jsonText(result.json), HasSubstr(c.says)) << c.request;
-    EXPECT_EQ(result.json["vote"], "none") << c.request;
+    EXPECT_EQ(result.json.at("vote"), "none") << c.request;
     EXPECT_FALSE(result.json.contains("diagnostic")) << c.request;
   }
 }

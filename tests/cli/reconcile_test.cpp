@@ -56,14 +56,14 @@ TEST_F(Reconcile, WritesAllColumnsForPrograms) {
   EXPECT_THAT(csv.err, HasSubstr(" rows differ: "));
   const auto json =
       ordered_json::parse(run({"period", "--only-differences", "--format", "json"}).out);
-  EXPECT_EQ(json["side"], "ar");
-  EXPECT_EQ(json["accounts"].front(), "1122");
-  EXPECT_GT(json["compared"].get<int>(), json["differing"].get<int>());
+  EXPECT_EQ(json.at("side"), "ar");
+  EXPECT_EQ(json.at("accounts").front(), "1122");
+  EXPECT_GT(json.at("compared").get<int>(), json.at("differing").get<int>());
   std::size_t ordinary = 0;
-  for (const auto& row : json["rows"])
-    if (row["FSumSort"] == 0) ++ordinary;
-  EXPECT_EQ(json["differing"].get<std::size_t>(), ordinary);
-  EXPECT_TRUE(json["rows"][0]["FDiffAmount"].is_string()) << "amounts stay exact";
+  for (const auto& row : json.at("rows"))
+    if (row.at("FSumSort") == 0) ++ordinary;
+  EXPECT_EQ(json.at("differing").get<std::size_t>(), ordinary);
+  EXPECT_TRUE(json.at("rows").at(0).at("FDiffAmount").is_string()) << "amounts stay exact";
   EXPECT_EQ(csv.out, run({"period", "--only-differences", "--format", "csv"}).out);
 }
 
@@ -75,7 +75,7 @@ TEST_F(Reconcile, ShowsTheStatements) {
 
 TEST_F(Reconcile, QuotesItemNumbers) {
   const auto one = run({"period", "--items", "C000003..C000003", "--format", "json"});
-  EXPECT_EQ(ordered_json::parse(one.out)["compared"], 3) << one.err;
+  EXPECT_EQ(ordered_json::parse(one.out).at("compared"), 3) << one.err;
   EXPECT_THAT(run({"period", "--items", "x' or '1'='1.."}).err,
               HasSubstr("no item of class 1 has a number in x' or '1'='1.."));
 }

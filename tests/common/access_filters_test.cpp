@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "account_set.h"
+#include "answered.h"
 #include "common/access_requests.h"
 #include "frame/call/call_setup.h"
 #include "late_bound.h"
@@ -177,8 +178,7 @@ TEST_F(ReplacedServices, ThatFailRestrictNothingAndLeaveTheReason) {
   sql_ = collections::Null{};
   com::ClearErrorInfo();
   EXPECT_FALSE(BalanceAccessFilter(source())->Value("NeedAccess").toBool());
-  ASSERT_TRUE(com::GetErrorInfo());
-  EXPECT_EQ(com::GetErrorInfo()->description, "no rules server");
+  EXPECT_EQ(reason().description, "no rules server");
   DictionaryRef reached;
   EXPECT_FALSE(GetAccessFilter(source(), dimensionTables(), columns_, reached));
   EXPECT_FALSE(reached->Value("NeedAccess").toBool());
@@ -186,7 +186,7 @@ TEST_F(ReplacedServices, ThatFailRestrictNothingAndLeaveTheReason) {
   EXPECT_EQ(PermittedItemCondition(source()), "");
   const auto hidden = com::ScopedClass::hidden("TirnBase.SecurityInfo");
   EXPECT_EQ(PermittedItemCondition(source()), "");
-  EXPECT_EQ(com::GetErrorInfo()->number, com::error::kCannotCreateObject);
+  EXPECT_EQ(reason().number, com::error::kCannotCreateObject);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 
+#include "answered.h"
 #include "demo/account_set.h"
 #include "velmora/com/class_table.h"
 #include "velmora/com/error.h"
@@ -26,8 +27,7 @@ using Lines = std::vector<std::string>;
 /// Name of the check, then the columns of each finding, separated by tabulators.
 void addLines(Lines& lines, const std::string& check, const com::Ref<com::IUnknown>& answer,
               const std::vector<const char*>& columns) {
-  const auto rows = answer.as<ado::Recordset>();
-  ASSERT_TRUE(rows) << com::GetErrorInfo()->description;
+  const auto rows = answered(answer).as<ado::Recordset>();
   for (; !rows->EOF_(); rows->MoveNext()) {
     std::string line = check;
     for (const char* column : columns) line += '\t' + rows->Fields()(column).Value().toText();

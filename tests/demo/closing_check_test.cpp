@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <map>
 
+#include "answered.h"
 #include "demo/account_set.h"
 #include "velmora/collections/vector.h"
 #include "velmora/com/class_table.h"
@@ -40,7 +41,8 @@ DictionaryRef fullFilter(Side side) {
 std::map<int, int> countFindings(const AccountSet& set, Side side) {
   const auto checks = check();
   auto filter = fullFilter(side);
-  const auto items = checks->GetCheckItemDict(callerString(set), filter).as<collections::Vector>();
+  const auto items =
+      answered(checks->GetCheckItemDict(callerString(set), filter)).as<collections::Vector>();
   EXPECT_EQ(items->Size(), 14U);
   std::map<int, int> counts;
   for (std::size_t i = 0; i < items->Size(); ++i) {
@@ -74,7 +76,7 @@ std::vector<std::string> findings(const AccountSet& set, Side side) {
   EXPECT_TRUE(check()->CheckClosingData(callerString(set), options, answer, canClose));
   EXPECT_FALSE(canClose);
   std::vector<std::string> lines;
-  for (const auto rows = answer.as<ado::Recordset>(); !rows->EOF_(); rows->MoveNext())
+  for (const auto rows = answered(answer).as<ado::Recordset>(); !rows->EOF_(); rows->MoveNext())
     lines.push_back(std::string(side == Side::kReceivables ? "ar" : "ap") + '\t' +
                     rows->GetValue(1).toText() + '\t' + rows->GetValue(2).toText() + '\t' +
                     rows->GetValue(3).toText());

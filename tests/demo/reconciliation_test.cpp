@@ -7,6 +7,7 @@
 #include <span>
 #include <sstream>
 
+#include "answered.h"
 #include "cli/demo/calendar.h"
 #include "demo/account_set.h"
 #include "sanitized.h"
@@ -102,8 +103,7 @@ ado::RecordsetRef compare(const std::string& connectionString, Side side, int pe
   auto filter = filterOf(side, period, mode);
   const auto answer = mode.kind == Kind::kClosing ? checks->GetClosingAmtCheck(dsn, filter)
                                                   : checks->GetInitAmtCheck(dsn, filter);
-  if (!answer)
-    throw com::Error(com::error::kFailed, "reconciliation", com::GetErrorInfo()->description);
+  if (!answer) throw com::Error(com::error::kFailed, "reconciliation", reason().description);
   return answer.as<ado::Recordset>();
 }
 

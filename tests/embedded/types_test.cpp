@@ -80,13 +80,13 @@ TEST_F(Types, SurviveClosingTheFile) {
   create("create table t(" + list("", &Expected::declaration, true) + "); insert into t values(" +
          list("", &Expected::literal, false) + "); insert into t values(" + nulls + ")");
   const auto reader = open("Read");
-  expectColumns(run(*reader, "select * from t order by i desc")[0].rows, 0, 1);
+  expectColumns(run(*reader, "select * from t order by i desc").at(0).rows, 0, 1);
   expectColumns(run(*reader, "select * into #t from t; select * from #t order by i")[1].rows, 1, 0);
 }
 
 TEST_F(Types, PrecisionAndScaleAreTheDeclaredOnes) {
   create("create table t(a decimal(28,4) not null, n nvarchar(10))");
-  const auto fields = run(*open("Read"), "select a, n from t")[0].rows.fields;
+  const auto fields = run(*open("Read"), "select a, n from t").at(0).rows.fields;
   EXPECT_EQ(fields[0].precision, 28);
   EXPECT_EQ(fields[0].numericScale, 4);
   EXPECT_FALSE(fields[0].nullable);
@@ -141,7 +141,7 @@ TEST_F(Types, ManyRowsKeepTheirOrderAndNulls) {
     bulk->endRow();
   }
   bulk->finish();
-  const auto rows = run(*connection, "select a, n from #t")[0].rows;
+  const auto rows = run(*connection, "select a, n from #t").at(0).rows;
   ASSERT_EQ(rows.rowCount(), static_cast<std::size_t>(kRows));
   for (int i = 0; i < kRows; ++i) {
     const auto cell = static_cast<std::size_t>(i) * 2;

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include "answered.h"
 #include "cli/demo/demo.h"
 #include "faults/fault_provider.h"
 #include "frame/classes.h"
@@ -156,8 +157,7 @@ std::vector<Operation> operations() {
 /// Failures that an operation lives with by its contract: a work table that cannot be
 /// dropped, and row access that cannot be asked for, of which it leaves word.
 bool isTolerated(const std::string& call) {
-  return call.starts_with("drop Table ") ||
-         (com::GetErrorInfo() && com::GetErrorInfo()->place == "row access");
+  return call.starts_with("drop Table ") || (com::GetErrorInfo() && reason().place == "row access");
 }
 
 class Faults : public testing::TestWithParam<Operation> {
@@ -182,7 +182,7 @@ class Faults : public testing::TestWithParam<Operation> {
 
 TEST_P(Faults, LeaveTheDocumentedAnswer) {
   const std::string good = run(0);
-  ASSERT_NE(good, GetParam().onFailure) << com::GetErrorInfo()->description;
+  ASSERT_NE(good, GetParam().onFailure) << reason().description;
   EXPECT_FALSE(com::GetErrorInfo());
   expectVote(true);
   const auto calls = provider_.calls();
@@ -197,9 +197,8 @@ TEST_P(Faults, LeaveTheDocumentedAnswer) {
     }
     EXPECT_EQ(answer, GetParam().onFailure);
     expectVote(false);
-    ASSERT_TRUE(com::GetErrorInfo());
-    EXPECT_EQ(com::GetErrorInfo()->source, "Faulty");
-    EXPECT_EQ(com::GetErrorInfo()->description, FaultProvider::kReason);
+    EXPECT_EQ(reason().source, "Faulty");
+    EXPECT_EQ(reason().description, FaultProvider::kReason);
   }
   EXPECT_EQ(run(0), good);
 }

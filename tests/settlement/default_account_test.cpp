@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "account_set.h"
+#include "answered.h"
 #include "frame/classes.h"
 #include "scripted_database.h"
 #include "velmora/com/class_table.h"
@@ -30,7 +31,7 @@ class DefaultAccount : public AccountSet {
   std::int32_t account(std::int32_t itemClass, std::int32_t item, std::int32_t classType) {
     const auto object = com::CreateObject(_clsPublic::kProgId).as<_clsPublic>();
     const std::int32_t found = object->GetDefaultAcctID(dsn(), itemClass, item, classType);
-    EXPECT_FALSE(com::GetErrorInfo()) << com::GetErrorInfo()->description;
+    EXPECT_FALSE(com::GetErrorInfo()) << reason().description;
     return found;
   }
 
@@ -63,10 +64,10 @@ TEST(DefaultAccountFailure, AnswersNoneAndTellsWhy) {
   database.fail("from t_itemclass", "server is down");
   const auto object = com::CreateObject(_clsPublic::kProgId).as<_clsPublic>();
   EXPECT_EQ(object->GetDefaultAcctID(kScriptedDsn, 1, 10, 1000000), 0);
-  EXPECT_EQ(com::GetErrorInfo()->description, "server is down");
+  EXPECT_EQ(reason().description, "server is down");
   EXPECT_EQ(database.open, 0);
   EXPECT_EQ(object->GetDefaultAcctID("A=1", 1, 10, 1000000), 0);
-  EXPECT_THAT(com::GetErrorInfo()->description, testing::HasSubstr("ConnectString"));
+  EXPECT_THAT(reason().description, testing::HasSubstr("ConnectString"));
 }
 
 TEST(AccountFieldName, DependsOnTheSideOfAnAdvanceOnly) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <random>
 
+#include "answered.h"
 #include "frame/classes.h"
 #include "printed_seed.h"
 #include "sanitized.h"
@@ -229,7 +230,7 @@ TEST_F(SwitchData, TellsWhatItCannotFill) {
   EXPECT_EQ(fill({distribution(100)}), "row 2, column FCheck: Null where a number is expected");
   EXPECT_THAT(column("FAmount"), ElementsAre("30", "Null")) << "rows filled before stay";
   EXPECT_EQ(rows_->AbsolutePosition(), 1);
-  EXPECT_EQ(com::GetErrorInfo()->number, com::error::kInvalidUseOfNull);
+  EXPECT_EQ(reason().number, com::error::kInvalidUseOfNull);
 
   const auto option = [](Entries more) {
     more.insert(more.begin(), {{"FFieldName", "FLocal"}, {"FChkFieldName", "FCheck"}});
