@@ -1,9 +1,12 @@
+#include <csignal>
 #include <fstream>
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "database.h"
+#include "platform/ado/duckdb/engine_error.h"
 
 namespace velmora::ado::embedded::test {
 
@@ -13,6 +16,7 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::StartsWith;
 
 class Opening : public DatabaseFile {
  protected:
@@ -47,6 +51,34 @@ TEST_F(Opening, TellsWhatIsWrongWithAFile) {
       EXPECT_THAT(refusal(mode, name), AllOf(HasSubstr(path(name)), HasSubstr(reason))) << mode;
   EXPECT_THAT(refusal("Create", "nowhere/a.db"), HasSubstr("its folder does not exist"));
   EXPECT_FALSE(std::filesystem::exists(path("missing.db")));
+}
+
+TEST_F(Opening, NamesTheFileThatCannotBeWritten) {
+  create("create table t(a int)");
+  const auto writer = connect(dsn("ReadWrite"));
+  const auto before = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit limit{};
+  getrlimit(RLIMIT_FSIZE, &limit);
+  const rlimit small{512, limit.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  const auto message = failure([&] { run(*writer, "insert into t values (1)"); });
+  setrlimit(RLIMIT_FSIZE, &limit);
+  std::signal(SIGXFSZ, before);
+  EXPECT_THAT(message, StartsWith("1105: Cannot write the file \"" + path() + ".wal\": File too"));
+
+  for (const auto& [engine, answer] :
+       {std::pair{"TransactionContext Error: Failed to commit: Failed to create checkpoint because "
+                  "of error: Could not write file \"/d/a.db\": No space left on device",
+                  "1105: Cannot write the file \"/d/a.db\": the disk is full."},
+        std::pair{"IO Error: Could not write file \"/d/a.db.wal\": Disk quota exceeded",
+                  "1105: Cannot write the file \"/d/a.db.wal\": the disk is full."},
+        std::pair{"Out of Memory Error: failed to offload data block of size 256.0 KiB (17.9 "
+                  "MiB/18.0 MiB used).\nThis limit was set by ...",
+                  "1105: Cannot write to the temporary folder \""},
+        std::pair{"Out of Memory Error: could not allocate block of size 256.0 KiB (61.0 MiB/61.0 "
+                  "MiB used)",
+                  "701: There is not enough memory"}})
+    EXPECT_THAT(readableError(engine), StartsWith(answer));
 }
 
 TEST_F(Opening, RaisesTheConnectErrorOfTheProvider) {

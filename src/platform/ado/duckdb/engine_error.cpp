@@ -1,7 +1,9 @@
 #include "platform/ado/duckdb/engine_error.h"
 
 #include <array>
+#include <filesystem>
 #include <optional>
+#include <system_error>
 
 #include "platform/tsql/engine/engine_functions.h"
 #include "velmora/com/error.h"
@@ -45,6 +47,22 @@ std::optional<std::string> duplicateKey(std::string_view message) {
          *key + ").";
 }
 
+/// "1105: ..." for what cannot be written. Here the file is named: somebody has to make room
+/// where it lies.
+std::optional<std::string> unwritable(std::string_view message) {
+  constexpr std::string_view full = "the disk is full.";
+  if (message.find("failed to offload data block") != npos) {
+    std::error_code ignored;
+    return "1105: Cannot write to the temporary folder \"" +
+           std::filesystem::temp_directory_path(ignored).string() + "\": " + std::string(full);
+  }
+  const auto file = between(message, "Could not write file \"", "\": ");
+  if (!file) return std::nullopt;
+  const auto reason = message.substr(message.rfind("\": ") + 3);
+  const bool isFull = reason.starts_with("No space left") || reason.starts_with("Disk quota");
+  return "1105: Cannot write the file \"" + *file + "\": " + std::string(isFull ? full : reason);
+}
+
 std::optional<std::string> knownError(std::string_view message) {
   struct Known {
     std::string_view engine;
@@ -61,6 +79,7 @@ std::optional<std::string> knownError(std::string_view message) {
       Known{"write-write conflict",
             "1205: Another connection has changed the same table; run it again."},
   };
+  if (auto text = unwritable(message)) return text;
   for (const auto& [engine, answer] : known)
     if (message.find(engine) != npos) return std::string(answer);
   if (auto text = notNullViolation(message)) return text;

@@ -10,7 +10,7 @@ inline constexpr const char* kSource = "Velmora.Embedded";
 
 /// What the engine said, as accountants and SQL Server users read it: SQL Server's number
 /// and wording where there is one ("2627: Violation of ..."), else the engine's first
-/// line. Names of files are left out.
+/// line. Names of files are left out, but for one that cannot be written.
 std::string readableError(std::string_view engineMessage);
 
 /// Raises com::error::kProvider with the readable form of the engine's message.

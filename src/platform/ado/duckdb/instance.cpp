@@ -50,6 +50,7 @@ std::string openFailure(std::string_view message) {
       Known{"Could not set lock", "another process has it open"},
       Known{"not a valid DuckDB database file", "it is not a database of this kind"},
       Known{"Permission denied", "there is no permission to do so"},
+      Known{"No space left", "the disk is full"},
       Known{"Could not read enough bytes", "it is damaged: the file ends too early"},
       Known{"Corrupt", "it is damaged"},
       Known{"version number", "it was written by another version of the engine"},
