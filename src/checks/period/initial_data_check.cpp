@@ -7,6 +7,8 @@
 
 namespace velmora::period {
 
+using collections::Variant;
+
 namespace {
 
 InitialDataOptions optionsFrom(const CDataSource& dataSource,
@@ -14,8 +16,8 @@ InitialDataOptions optionsFrom(const CDataSource& dataSource,
   InitialDataOptions options;
   options.bArp = dFilter.GetValue("bArp", true).toBool();
   options.language = dataSource.parser().LanguageID();
-  options.accountDemanded =
-      !ReadSystemProfile(dataSource, "FCheckAccount", "ARP").toDecimal().isZero();
+  const Variant demanded = ReadSystemProfile(dataSource, "FCheckAccount", "ARP");
+  options.accountDemanded = !demanded.isNull() && !demanded.toDecimal().isZero();
   return options;
 }
 
