@@ -52,6 +52,11 @@ class ScriptedDatabase {
   void fail(std::string part, std::string description) {
     answers_.push_back({std::move(part), {}, {}, std::move(description)});
   }
+  /// As fail, because the connection is gone.
+  void lose(std::string part, std::string description) {
+    answers_.push_back(
+        {std::move(part), {}, {}, std::move(description), com::error::kProviderConnect});
+  }
   /// A value of the system profile.
   void profile(const std::string& key, const std::string& value) {
     answer("SystemProfile", rowset({"FValue"}, {value}), {key});
@@ -67,6 +72,7 @@ class ScriptedDatabase {
     std::vector<std::string> parameters;
     ado::Rowset rows;
     std::string failure;
+    std::int32_t failureNumber = com::error::kProvider;
 
     bool fits(std::string_view batch, std::span<const ado::ParameterValue> given) const {
       return batch.find(part) != std::string_view::npos &&
@@ -97,7 +103,7 @@ class ScriptedDatabase {
     for (auto answer = answers_.rbegin(); answer != answers_.rend(); ++answer) {
       if (!answer->fits(batch, parameters)) continue;
       if (!answer->failure.empty())
-        throw com::Error(com::error::kProvider, "Scripted", answer->failure);
+        throw com::Error(answer->failureNumber, "Scripted", answer->failure);
       return {{true, answer->rows, -1}};
     }
     const bool returnsRows = batch.find("elect") != std::string_view::npos ||

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "cli/failure.h"
+#include "cli/output/display_width.h"
 #include "velmora/com/class_table.h"
 
 namespace velmora::cli {
@@ -27,14 +28,19 @@ void activateComponent() {
   com::ActivateServer(componentLibrary());
 }
 
+void fail(const std::string& operation, const com::ErrorInfo& reason) {
+  if (reason.number == com::error::kProviderConnect)
+    throw Failure(operation + " could not run: the connection was lost" +
+                  (reason.place.empty() ? "" : " in \"" + reason.place + "\"") +
+                  "; nothing was changed (" + singleLine(reason.description) + ")");
+  throw Failure(operation + " could not run: " + reason.description +
+                (reason.place.empty() ? "" : "\n  in: " + reason.place) + "\n  (" + reason.source +
+                ", error " + std::to_string(reason.number) + ")");
+}
+
 void failFromErrorInfo(const std::string& operation) {
-  std::string message = operation + " could not run";
-  if (const auto& info = com::GetErrorInfo()) {
-    message += ": " + info->description;
-    if (!info->place.empty()) message += "\n  in: " + info->place;
-    message += "\n  (" + info->source + ", error " + std::to_string(info->number) + ")";
-  }
-  throw Failure(message);
+  if (const auto& reason = com::GetErrorInfo()) fail(operation, *reason);
+  throw Failure(operation + " could not run");
 }
 
 }  // namespace velmora::cli

@@ -24,6 +24,9 @@ com::Ref<Interface> componentObject() {
   return object;
 }
 
+/// Raises Failure that tells why `operation`, which only reads, failed. A lost connection is
+/// told on one line.
+[[noreturn]] void fail(const std::string& operation, const com::ErrorInfo& reason);
 /// Raises Failure that tells why `operation` answered that it failed.
 [[noreturn]] void failFromErrorInfo(const std::string& operation);
 

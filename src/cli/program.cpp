@@ -6,6 +6,7 @@
 
 #include "cli/commands/commands.h"
 #include "cli/failure.h"
+#include "cli/output/display_width.h"
 #include "cli/secrets.h"
 #include "velmora/com/error.h"
 
@@ -84,8 +85,11 @@ int parseAndRun(CLI::App& program, const Run& chosen, std::vector<std::string> a
   } catch (const UsageError& error) {
     return tellUsage(program, streams, error.what());
   } catch (const com::Error& error) {
-    return tellFailure(streams, fmt::format("{} ({}, error {})", error.description(),
-                                            error.source(), error.number()));
+    // What a driver says of a lost connection may hold empty lines.
+    const bool lost = error.number() == com::error::kProviderConnect;
+    const std::string text = lost ? singleLine(error.description()) : error.description();
+    return tellFailure(streams,
+                       fmt::format("{} ({}, error {})", text, error.source(), error.number()));
   } catch (const std::exception& error) {
     return tellFailure(streams, error.what());
   }

@@ -13,8 +13,9 @@ bool clsCheck::IsCanChangePeriod(const std::string& sDsn, std::string& sReturnMs
   std::string language = "chs";
   return runOperation(
       Voting::votes,
-      [&](Place&) {
+      [&](Place& place) {
         call_.PrepareDataSource(sDsn);
+        place = "t_rp_contact";
         language = call_.dataSource().parser().LanguageID();
         return period::isCanChangePeriod(call_.dataSource(), dOldBeginDate, dNewBeginDate,
                                          sReturnMsg);

@@ -43,8 +43,9 @@ bool clsInitBalCheck::CheckInitData(const std::string& sDsn, const DictionaryRef
                                     Result& rsReturn) {
   return runOperation(
       Voting::votes,
-      [&](Place&) {
+      [&](Place& place) {
         call_.PrepareDataSource(sDsn);
+        place = "#ErrorInfo";
         rsReturn = period::checkInitData(call_.dataSource(), given(dFilter, "dFilter"));
         return true;
       },
@@ -89,9 +90,11 @@ ado::RecordsetRef clsInitBalCheck::GetData(const std::string& sDsn, const std::s
 std::string clsInitBalCheck::GetUnVchExtBillStr(const DictionaryRef& dFilter) {
   return buildQuery(
       [this](const auto& filter) {
+        CallSetup own;  // of a caller that names his account set: for this call alone
         const auto dataSource = [&]() -> const CDataSource& {
-          if (filter.Lookup("sDSN")) call_.PrepareDataSource(filter.Value("sDSN").toText());
-          return call_.dataSource();
+          if (!filter.Lookup("sDSN")) return call_.dataSource();
+          own.PrepareDataSource(filter.Value("sDSN").toText());
+          return own.dataSource();
         };
         return closing::GetUnVchExtBillStr(dataSource, filter);
       },

@@ -22,8 +22,9 @@ RecordsetRef clsPublic::GetData(const std::string& sDsn, const std::string& sSql
 Date clsPublic::GetCurFincDate(const std::string& sDsn, bool bArp) {
   return runOperation(
       Voting::votes,
-      [&](Place&) {
+      [&](Place& place) {
         call_.PrepareDataSource(sDsn);
+        place = "t_PeriodDate";
         return currentFinancialDate(call_.dataSource(), sDsn, bArp);
       },
       [] { return Date::today(); });
@@ -104,8 +105,9 @@ std::int32_t clsPublic::GetDefaultAcctID(const std::string& sDsn, std::int32_t I
                                          std::int32_t ItemID, std::int32_t ClassTypeID) {
   return runOperation(
       Voting::abstains,
-      [&](Place&) {
+      [&](Place& place) {
         call_.PrepareDataSource(sDsn);
+        place = "t_rp_billType";
         return settlement::GetDefaultAcctID(call_.dataSource(), ItemClassID, ItemID, ClassTypeID);
       },
       [] { return 0; });

@@ -178,6 +178,7 @@ DictionaryRef CheckItems::build(const CheckItem& item, Place& place) const {
 
 collections::VectorRef GetCheckItemDict(const CDataSource& dataSource, Dictionary& dFilter,
                                         Place& place) {
+  place = "t_RP_SystemProfile";
   // Open for the whole list: the settings' own connections then find the account set open.
   const ScopedConnection held(dataSource.UnCommittedConnection());
   const CheckItems items(dataSource, dFilter);

@@ -77,6 +77,7 @@ class ItemClassChecks {
 
 ado::RecordsetRef checkValidAccount(const CDataSource& dataSource, std::int32_t classTypeId,
                                     Place& place) {
+  place = "t_ItemClass";
   const ScopedConnection connection(dataSource.UnCommittedConnection());
   if (classTypeId != 0) return AccountFindings().recordset();
   const std::string language = dataSource.parser().LanguageID();

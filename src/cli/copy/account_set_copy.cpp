@@ -88,7 +88,8 @@ std::vector<CopiedTable> copyAccountSet(ado::Connection& source, ado::Connection
                                         const CopyOptions& options) {
   std::vector<CopiedTable> copied;
   for (const SetTable& table : makeTables(source, target))
-    copied.push_back(TableCopy(source, target, table, options).run());
+    copied.push_back(
+        atTable(table, [&] { return TableCopy(source, target, table, options).run(); }));
   return copied;
 }
 

@@ -110,7 +110,8 @@ std::vector<CopiedTable> writeScript(ado::Connection& source, std::ostream& out,
     if (table.ownItemClass) out << ownItemClassSql(table) << "\nGO\n\n";
   std::vector<CopiedTable> written;
   written.reserve(tables.size());
-  for (const SetTable& table : tables) written.push_back(writeRows(source, out, table, options));
+  for (const SetTable& table : tables)
+    written.push_back(atTable(table, [&] { return writeRows(source, out, table, options); }));
   return written;
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "velmora/ado/connection.h"
+#include "velmora/com/error.h"
 
 namespace velmora::cli {
 
@@ -35,5 +36,15 @@ std::string ownItemClassSql(const SetTable& table);
 /// pieces of about `pieceRows`, ranges of that column, so that it need not fit in memory.
 void readInPieces(ado::Connection& source, const SetTable& table, std::int64_t rows,
                   std::int64_t pieceRows, const std::function<void(const ado::Rowset&)>& take);
+
+/// Runs `body`, whose failures then name the table at work.
+template <class Body>
+auto atTable(const SetTable& table, Body body) {
+  try {
+    return body();
+  } catch (const com::Error& error) {
+    throw com::Error(error.number(), error.source(), table.name + ": " + error.description());
+  }
+}
 
 }  // namespace velmora::cli
