@@ -1,6 +1,5 @@
 #include "checks/closing/closing_data_check.h"
 
-#include "checks/closing/check_item_text.h"
 #include "checks/closing/findings.h"
 #include "common/messages.h"
 #include "common/system_profile.h"
@@ -12,6 +11,7 @@ namespace velmora::closing {
 
 using collections::Dictionary;
 using collections::DictionaryRef;
+using collections::Variant;
 using collections::VectorRef;
 
 namespace {
@@ -68,22 +68,13 @@ class ItemRunner {
     if (!rows)
       throw com::Error(com::error::kFailed, "clsInitBalCheck", "GetData answered no recordset");
     if (rows->EOF_()) return;
-    const std::string severity = item.Value("FChkType").toText();
-    if (severity.find(seriousText_) != std::string::npos) bCanClose_ = false;
-    addRows(item, severity, *rows);
+    if (item.Value("FChkType").toText().find(seriousText_) != std::string::npos) bCanClose_ = false;
+    findings_.add(item, *rows);
   }
 
   Findings& findings() noexcept { return findings_; }
 
  private:
-  void addRows(const Dictionary& item, const std::string& severity, ado::Recordset& rows) {
-    const std::string name = taggedValue(item.Value("FChkItem").toText(), rows);
-    const std::string severityText = taggedValue(severity, rows);
-    const std::string message = item.Value("FChkInfo").toText();
-    for (; !rows.EOF_(); rows.MoveNext())
-      findings_.add(name, severityText, filledMessage(message, rows));
-  }
-
   com::IDispatch& queries_;
   const std::string& sDsn_;
   std::string seriousText_;
@@ -91,7 +82,14 @@ class ItemRunner {
   Findings findings_;
 };
 
-/// Tells the caller's progress object, if there is one, which check comes next.
+/// The caller's progress object, if there is one.
+com::Ref<com::IDispatch> progressObject(const Dictionary& dOption) {
+  const Variant given = dOption.Value("OnProgress");
+  if (given.type() != collections::VarType::object) return {};
+  return given.toObject<com::IDispatch>();
+}
+
+/// Tells it which check comes next.
 void showProgress(const com::Ref<com::IDispatch>& progress, const Dictionary& item,
                   std::size_t index, std::size_t count) {
   if (!progress) return;
@@ -106,7 +104,7 @@ ado::RecordsetRef checkClosingData(const CDataSource& dataSource, const std::str
   // Open for the whole check: the queries' own connections then find the account set open.
   const ScopedConnection held(dataSource.UnCommittedConnection());
   const std::string language = dataSource.parser().LanguageID();
-  const auto progress = dOption.Value("OnProgress").toObject<com::IDispatch>();
+  const auto progress = progressObject(dOption);
   const DictionaryRef filter = listFilter(dataSource, dOption);
   const auto queries = com::GetObjectContext().CreateInstance(_clsInitBalCheck::kProgId);
   const auto items =

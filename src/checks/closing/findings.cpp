@@ -1,5 +1,6 @@
 #include "checks/closing/findings.h"
 
+#include "checks/closing/check_item_text.h"
 #include "frame/call/text.h"
 
 namespace velmora::closing {
@@ -17,6 +18,13 @@ Findings::Findings() : rows_(com::make<ado::Recordset>()) {
   fields.Append("FChkType", ado::adVarWChar, kTypeSize);
   fields.Append("FChkInfo", ado::adVarWChar, kMessageSize);
   rows_->Open();
+}
+
+void Findings::add(const collections::Dictionary& item, ado::Recordset& rows) {
+  const std::string name = taggedValue(item.Value("FChkItem").toText(), rows);
+  const std::string severity = taggedValue(item.Value("FChkType").toText(), rows);
+  const std::string message = item.Value("FChkInfo").toText();
+  for (; !rows.EOF_(); rows.MoveNext()) add(name, severity, filledMessage(message, rows));
 }
 
 void Findings::add(std::string_view item, std::string_view severity, std::string_view message) {

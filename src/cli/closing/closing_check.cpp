@@ -1,6 +1,6 @@
 #include "cli/closing/closing_check.h"
 
-#include "cli/closing/message_template.h"
+#include "checks/closing/findings.h"
 #include "cli/component.h"
 #include "cli/failure.h"
 #include "velmora/collections/vector.h"
@@ -16,6 +16,8 @@ using collections::Dictionary;
 using collections::DictionaryRef;
 using collections::Variant;
 using collections::Vector;
+constexpr const char* kClosingCheck = "the closing check";
+
 using ChecksRef = com::Ref<_clsInitBalCheck>;
 
 ChecksRef createChecks() {
@@ -92,12 +94,13 @@ DictionaryRef vouchersWithoutDocuments(_clsInitBalCheck& checks, const Session& 
   throw Failure("the component offers no check for vouchers without documents");
 }
 
+/// Adds a closing check's result set, numbered on.
 void addRows(ClosingReport& report, ado::Recordset& rows, const std::string& seriousText) {
   for (; !rows.EOF_(); rows.MoveNext()) {
     const auto text = [&](const char* column) {
       return rows.GetValue(rows.fieldIndex(column)).toText();
     };
-    Finding finding{rows.GetValue(rows.fieldIndex("FID")).toInt32(), text("FChkItem"),
+    Finding finding{static_cast<int>(report.findings.size()) + 1, text("FChkItem"),
                     text("FChkType"), text("FChkInfo"), Severity::warning};
     finding.severity = severityOf(finding.severityText, seriousText);
     report.findings.push_back(std::move(finding));
@@ -108,13 +111,13 @@ void addVouchersWithoutDocuments(ClosingReport& report, _clsInitBalCheck& checks
                                  const Session& session, const ClosingOptions& options,
                                  const std::string& seriousText) {
   const auto item = vouchersWithoutDocuments(checks, session, options);
-  const std::string name = taggedText(item->Value("FChkItem").text());
-  const std::string severity = taggedText(item->Value("FChkType").text());
-  const auto rows = checks.GetData(session.dsn(), std::string(item->Value("FSql").text()));
-  for (; !rows->EOF_(); rows->MoveNext())
-    report.findings.push_back({static_cast<int>(report.findings.size()) + 1, name, severity,
-                               filledMessage(item->Value("FChkInfo").text(), *rows),
-                               severityOf(severity, seriousText)});
+  try {
+    closing::Findings found;
+    found.add(*item, *checks.GetData(session.dsn(), item->Value("FSql").toText()));
+    addRows(report, *found.recordset(), seriousText);
+  } catch (const com::Error&) {
+    fail(kClosingCheck, com::currentErrorInfo(item->Value("FCaption").toText()));
+  }
 }
 
 void appendQuery(std::vector<CheckQuery>& queries, const Dictionary& item) {
@@ -142,7 +145,7 @@ ClosingReport runClosingCheck(const Session& session, const ClosingOptions& opti
   // With warnings only the operation leaves the verdict as it was handed in.
   bool mayClose = true;
   if (!checks->CheckClosingData(session.dsn(), dictionary, rows, mayClose))
-    failFromErrorInfo("the closing check");
+    failFromErrorInfo(kClosingCheck);
   ClosingReport report{options.receivables, options.period, mayClose, {}};
   const std::string seriousText = seriousErrorText(session.language());
   addRows(report, *rows.as<ado::Recordset>(), seriousText);
