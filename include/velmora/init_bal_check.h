@@ -66,7 +66,8 @@ class _clsInitBalCheck : public com::IDispatch {
   /// is read only beside BYear; without BYear both come from the system profile);
   /// bShowAllError (false: only the voucher checks that the profile demands);
   /// OnProgress (absent): an object whose method Progress(caption, index, count) is
-  /// called before each check, index from 1; what it raises ends the run as a failure.
+  /// called before each check, index from 1; what it raises ends the run as a failure (a
+  /// value that is no object is ignored).
   /// True: `rsReturn` holds FID, FChkItem, FChkType, FChkInfo of every finding and
   /// `bCanClose` is true without any finding, false with a serious one, and as the
   /// caller passed it when there are only warnings. A message longer than its column
@@ -79,12 +80,14 @@ class _clsInitBalCheck : public com::IDispatch {
   // told otherwise: bArp, BYear, BPeriod, bCheckPassed (true: every period up to this
   // one), bShowAll (both sides), strLanguage ("chs", "CHT", "EN"), CurrencyID (0 or
   // less: all), ItemFilter (an SQL condition over the query's aliases, spliced in as it
-  // is: put one with "or" into parentheses). Absent keys read as false, 0 and "".
+  // is: put one with "or" into parentheses). Absent keys read as false, 0 and ""; what a query
+  // does not need is not looked at.
 
   /// Transfers between accounts without voucher. Also reads bPreChecked (true: the
   /// offsets of advances). Unless bCheckPassed is true it needs the calendar for the
-  /// period's dates: that of the caller's string under the key sDSN, else that of
-  /// the last operation of this object that took `sDsn`. CurrencyID and ItemFilter are not read.
+  /// period's dates: that of the caller's string under the key sDSN, for this call alone,
+  /// else that of the last operation of this object that took `sDsn`. CurrencyID and
+  /// ItemFilter are not read.
   virtual std::string GetUnVchExtBillStr(const collections::DictionaryRef& dFilter) = 0;
   /// Bills of exchange without voucher. Also reads LocalDecimal, the decimals of the
   /// local currency.

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "answered.h"
 #include "error_of.h"
 #include "frame/classes.h"
 #include "late_bound.h"
@@ -45,7 +46,7 @@ class ClosingDataCheck : public testing::Test {
   /// The findings as "number item severity message".
   std::vector<std::string> findings() {
     std::vector<std::string> lines;
-    for (; !findings_->EOF_(); findings_->MoveNext()) {
+    for (answered(findings_); !findings_->EOF_(); findings_->MoveNext()) {
       std::string line;
       for (std::size_t i = 0; i < findings_->fieldCount(); ++i)
         line += (i == 0 ? "" : " ") + findings_->GetValue(i).toText();
@@ -142,12 +143,12 @@ TEST_F(ClosingDataCheck, TakesTheCurrentPeriodOfItsSideUnlessAYearIsGiven) {
 
   option_->Set("bArp", true);
   EXPECT_FALSE(run());
-  EXPECT_THAT(com::GetErrorInfo()->description,
+  EXPECT_THAT(reason().description,
               testing::AllOf(HasSubstr("BYear is 0"), HasSubstr("FARCurYear")));
   option_->Set("BYear", 2009);
   option_->Remove("BPeriod");
   EXPECT_FALSE(run());
-  EXPECT_THAT(com::GetErrorInfo()->description, HasSubstr("BPeriod is 0"));
+  EXPECT_THAT(reason().description, HasSubstr("BPeriod is 0"));
 }
 
 TEST_F(ClosingDataCheck, HandsTheListItsFilterAndSkipsEmptyQueries) {
@@ -186,31 +187,31 @@ TEST_F(ClosingDataCheck, DropsEverythingWhenACheckFails) {
   database_.fail(kReturnedBills, "deadlock");
   canClose_ = true;
   EXPECT_FALSE(run());
-  EXPECT_EQ(com::GetErrorInfo()->description, "deadlock");
-  EXPECT_EQ(com::GetErrorInfo()->source, "Scripted");
-  EXPECT_EQ(com::GetErrorInfo()->place, "没有生成凭证的退票单据");
+  EXPECT_EQ(reason().description, "deadlock");
+  EXPECT_EQ(reason().source, "Scripted");
+  EXPECT_EQ(reason().place, "没有生成凭证的退票单据");
 }
 
 TEST_F(ClosingDataCheck, NeedsEveryColumnOfAMessage) {
   database_.answer(kUnaudited, rowset({"FType", "FBillNo"}, {"应收单", "AR0001"}));
   EXPECT_FALSE(run());
-  EXPECT_THAT(com::GetErrorInfo()->description, HasSubstr("FErrInfo"));
+  EXPECT_THAT(reason().description, HasSubstr("FErrInfo"));
   database_.answer(kUnaudited, rowset({"FType", "FBillNo", "FErrInfo"},
                                       {"应收单", collections::Null{}, "单据没有审核"}));
   EXPECT_FALSE(run());
-  EXPECT_THAT(com::GetErrorInfo()->description, HasSubstr("FBillNo"));
-  EXPECT_EQ(com::GetErrorInfo()->place, "没有审核的单据");
+  EXPECT_THAT(reason().description, HasSubstr("FBillNo"));
+  EXPECT_EQ(reason().place, "没有审核的单据");
 }
 
 TEST_F(ClosingDataCheck, FailsWithTheReasonOfTheListOrTheSetUp) {
   database_.fail("t_currency", "no such table");
   EXPECT_FALSE(run());
-  EXPECT_EQ(com::GetErrorInfo()->description, "no such table");
+  EXPECT_EQ(reason().description, "no such table");
   EXPECT_FALSE(run("A=1;A=2"));
-  EXPECT_EQ(com::GetErrorInfo()->number, com::error::kDuplicateKey);
+  EXPECT_EQ(reason().number, com::error::kDuplicateKey);
   option_ = nullptr;
   EXPECT_FALSE(run());
-  EXPECT_THAT(com::GetErrorInfo()->description, HasSubstr("dOption"));
+  EXPECT_THAT(reason().description, HasSubstr("dOption"));
 }
 
 TEST_F(ClosingDataCheck, TellsAProgressObjectWhatComesNext) {
@@ -230,7 +231,11 @@ TEST_F(ClosingDataCheck, TellsAProgressObjectWhatComesNext) {
   progress->method("Progress",
                    [](auto) -> Variant { throw com::Error(-1, "Client", "stopped by the user"); });
   EXPECT_FALSE(run());
-  EXPECT_EQ(com::GetErrorInfo()->description, "stopped by the user");
+  EXPECT_EQ(reason().description, "stopped by the user");
+  for (const Variant& none : {Variant(7), Variant("Progress"), Variant(collections::Null{})}) {
+    option_->Set("OnProgress", none);
+    EXPECT_TRUE(run()) << "a value that is no object is nobody's progress";
+  }
 }
 
 TEST_F(ClosingDataCheck, AnswersTheSameLateBound) {

@@ -1,7 +1,10 @@
 // The texts of the closing checks' queries, where a letter or a switch matters.
 
+#include "checks/closing/query_builders.h"
+
 #include <gmock/gmock.h>
 
+#include "answered.h"
 #include "error_of.h"
 #include "frame/classes.h"
 #include "late_bound.h"
@@ -177,7 +180,7 @@ TEST_F(QueryBuilders, ListTransfersWithoutVoucher) {
   const auto service = monthlyPeriods();
   EXPECT_EQ(object_->GetUnVchExtBillStr(filter()), "");
   ASSERT_TRUE(com::GetErrorInfo()) << "the period's dates need a data source";
-  EXPECT_THAT(com::GetErrorInfo()->description, HasSubstr("sDsn"));
+  EXPECT_THAT(reason().description, HasSubstr("sDsn"));
 
   EXPECT_EQ(object_->GetUnVchExtBillStr(filter({{"bPreChecked", false}, {"sDSN", kScriptedDsn}})),
             " select d.FDate, d.FNumber as FBillNO,'转账' as Ftype,'没有生成转账凭证' as FErrInfo, "
@@ -188,6 +191,8 @@ TEST_F(QueryBuilders, ListTransfersWithoutVoucher) {
             " and (c.FVoucherID<=0 ) \r\n"
             " and fcheckdate>='2009-03-01' and fcheckdate<='2009-03-31'\r\n"
             " and d.FRP=1");
+  EXPECT_EQ(object_->GetUnVchExtBillStr(filter()), "") << "the string was for that one call";
+  object_->GetData(kScriptedDsn, "select 1");
   const auto advances =
       object_->GetUnVchExtBillStr(filter({{"bPreChecked", true}, {"bArp", false}}));
   for (const char* part :
@@ -273,10 +278,65 @@ TEST_F(QueryBuilders, QuoteTranslationsWithApostrophes) {
 TEST_F(QueryBuilders, AnswerNothingWithAReasonWhenTheyFail) {
   const auto broken = filter({{"BYear", Variant(collections::Null{})}});
   EXPECT_EQ(build(&_clsInitBalCheck::GetUnVchArpBillStr, broken), "");
-  ASSERT_TRUE(com::GetErrorInfo());
-  EXPECT_EQ(com::GetErrorInfo()->number, com::error::kInvalidUseOfNull);
+  EXPECT_EQ(reason().number, com::error::kInvalidUseOfNull);
   EXPECT_EQ(object_->GetUnVchBillStr({}), "");
-  EXPECT_THAT(com::GetErrorInfo()->description, HasSubstr("dFilter is nothing"));
+  EXPECT_THAT(reason().description, HasSubstr("dFilter is nothing"));
+}
+
+TEST_F(QueryBuilders, ReadTheirOwnKeysOnly) {
+  ScriptedDatabase database;
+  const auto service = monthlyPeriods();
+  const DictionaryRef full = filter({{"bCheckPassed", false},
+                                     {"bShowAll", false},
+                                     {"CurrencyID", 3},
+                                     {"ItemFilter", "1=1"},
+                                     {"AcctList", "1"},
+                                     {"bPreChecked", false},
+                                     {"sDSN", kScriptedDsn}});
+  const auto of = [](auto builder) {
+    return [builder](Dictionary& dFilter) { return builder(dFilter); };
+  };
+  const auto called = [this](const char* name) {
+    return [this, name](Dictionary& dFilter) {
+      return com::call(*object_, name, DictionaryRef(&dFilter)).toText();
+    };
+  };
+  const std::string period = "BYear BPeriod strLanguage ";
+  struct Case {
+    std::function<std::string(Dictionary&)> build;
+    std::string keys;
+    bool passed = false, bArp = true;
+  };
+  for (const Case& c : {
+           Case{called("GetUnVchArpBillStr"),
+                period + "bArp bCheckPassed bShowAll CurrencyID ItemFilter"},
+           Case{called("GetUnVchInvoiceStr"), period + "bArp bCheckPassed CurrencyID ItemFilter"},
+           Case{called("GetUnVchBillStr"),
+                period + "bArp bCheckPassed CurrencyID ItemFilter LocalDecimal"},
+           Case{called("GetUnVchBillStr"), period + "bArp bCheckPassed CurrencyID ItemFilter",
+                false, false},
+           Case{called("GetUnVchExtBillStr"), period + "bArp bCheckPassed bPreChecked sDSN"},
+           Case{called("GetUnVchExtBillStr"), "strLanguage bArp bCheckPassed bPreChecked", true},
+           Case{called("GetUnAuditArpBillStr"), period + "bArp bShowAll ItemFilter"},
+           Case{called("GetUnAccountArpBillStr"),
+                period + "bArp bCheckPassed CurrencyID ItemFilter"},
+           Case{called("GetNoBillVoucherStr"), period + "bCheckPassed AcctList"},
+           Case{of(closing::GetUnCheckExpInvoiceStr), period + "bCheckPassed"},
+           Case{of(closing::GetUnConfirmCashBillStr), period + "bArp"},
+           Case{of(closing::GetUnPeriodVchBillStr), period + "bArp"},
+           Case{of(closing::GetUnPeriodICBillStr), period + "bArp CurrencyID ItemFilter"},
+       }) {
+    full->Set("bArp", c.bArp);
+    full->Set("bCheckPassed", c.passed);
+    const auto own = com::make<Dictionary>();
+    for (std::size_t i = 0; i < full->Count(); ++i) {
+      const bool read = (c.keys + ' ').find(full->Key(i) + ' ') != std::string::npos;
+      own->Set(full->Key(i), read ? full->Item(i) : Variant(collections::Null{}));
+    }
+    const std::string query = c.build(*full);
+    EXPECT_NE(query, "");
+    EXPECT_EQ(c.build(*own), query) << c.keys;
+  }
 }
 
 TEST_F(QueryBuilders, AnswerTheSameLateBound) {

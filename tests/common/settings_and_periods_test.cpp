@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include "account_set.h"
+#include "answered.h"
 #include "common/periods.h"
 #include "common/system_profile.h"
 #include "error_of.h"
@@ -131,15 +133,40 @@ TEST_F(CurrentFinancialDate, FallsBackToTodayWithAReason) {
   database_.profile("FAPCurPeriod", "9");
   EXPECT_EQ(object_->GetCurFincDate(kScriptedDsn, false), Date::today());
   EXPECT_EQ(com::GetObjectContext().vote(), com::Vote::abort);
-  ASSERT_TRUE(com::GetErrorInfo());
-  EXPECT_THAT(com::GetErrorInfo()->description, testing::HasSubstr("period 9 of year 2009"));
+  EXPECT_THAT(reason().description, testing::HasSubstr("period 9 of year 2009"));
 
   EXPECT_EQ(object_->GetCurFincDate("A=1;A=1"), Date::today());
-  EXPECT_EQ(com::GetErrorInfo()->number, com::error::kDuplicateKey);
+  EXPECT_EQ(reason().number, com::error::kDuplicateKey);
   database_.fail("select getdate()", "server is down");
   EXPECT_EQ(object_->GetCurFincDate(kScriptedDsn), Date::today());
-  EXPECT_EQ(com::GetErrorInfo()->description, "server is down");
+  EXPECT_EQ(reason().description, "server is down");
   EXPECT_EQ(database_.open, 0);
+}
+
+class FinancialDateOfBooks : public AccountSet {
+ protected:
+  com::ScopedClass class_{publicClasses()[2]};
+};
+
+TEST_F(FinancialDateOfBooks, KnowsTheFirstAndLastDayOfThePeriod) {
+  const auto object = com::CreateObject(_clsPublic::kProgId).as<_clsPublic>();
+  profile("FARCurYear", "2009");
+  profile("FARCurPeriod", "3");
+  const auto dayFromToday = [](int days) {
+    constexpr std::int64_t day = 86'400'000'000;
+    return Date::fromMicroseconds(Date::today().microseconds() + days * day);
+  };
+  for (const auto& [first, last] :
+       {std::pair{0, 0}, std::pair{-9, 0}, std::pair{0, 9}, std::pair{-9, -1}, std::pair{1, 9}}) {
+    run("delete from t_PeriodDate");
+    plant("t_PeriodDate", "FYear, FPeriod, FStartDate, FEndDate",
+          "(2009,3,'" + dayFromToday(first).toDateText() + "','" + dayFromToday(last).toDateText() +
+              "')");
+    const Date expected = first <= 0 && last >= 0 ? Date::today() : dayFromToday(last);
+    EXPECT_EQ(object->GetCurFincDate(dsn()).toDateText(), expected.toDateText())
+        << first << " to " << last << " days from today";
+    EXPECT_FALSE(com::GetErrorInfo());
+  }
 }
 
 }  // namespace
