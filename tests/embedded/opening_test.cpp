@@ -54,14 +54,15 @@ TEST_F(Opening, TellsWhatIsWrongWithAFile) {
 }
 
 TEST_F(Opening, NamesTheFileThatCannotBeWritten) {
-  create("create table t(a int)");
+  create("create table t(a varchar(8000))");
   const auto writer = connect(dsn("ReadWrite"));
   const auto before = std::signal(SIGXFSZ, SIG_IGN);
   rlimit limit{};
   getrlimit(RLIMIT_FSIZE, &limit);
   const rlimit small{512, limit.rlim_max};
   setrlimit(RLIMIT_FSIZE, &small);
-  const auto message = failure([&] { run(*writer, "insert into t values (1)"); });
+  const auto message =
+      failure([&] { run(*writer, "insert into t values ('" + std::string(8000, 'x') + "')"); });
   setrlimit(RLIMIT_FSIZE, &limit);
   std::signal(SIGXFSZ, before);
   EXPECT_THAT(message, StartsWith("1105: Cannot write the file \"" + path() + ".wal\": File too"));

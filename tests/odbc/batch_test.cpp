@@ -103,6 +103,8 @@ TEST_F(OdbcBatch, LosesAConnectionForItsOwnCallsOnly) {
   expectError(kProviderConnect, "20006: Write to the server failed",
               [&] { connection->Execute("rows int 1"); });
   EXPECT_EQ(other->Execute("rows int 1")->GetValue(0), Variant(1));
+  expectError(kProviderConnect, "20017: Unexpected EOF from the server (SQLSTATE 01000)",
+              [&] { other->Execute("error 01000 20017 Unexpected EOF from the server"); });
   connection->Close();
   connection->Open(kDriver);
   EXPECT_EQ(column("rows int 1").at(0), Variant(1));

@@ -101,6 +101,7 @@ void showProgress(const com::Ref<com::IDispatch>& progress, const Dictionary& it
 
 ado::RecordsetRef checkClosingData(const CDataSource& dataSource, const std::string& sDsn,
                                    const Dictionary& dOption, bool& bCanClose, Place& place) {
+  place = "t_RP_SystemProfile";
   // Open for the whole check: the queries' own connections then find the account set open.
   const ScopedConnection held(dataSource.UnCommittedConnection());
   const std::string language = dataSource.parser().LanguageID();

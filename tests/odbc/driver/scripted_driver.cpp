@@ -5,8 +5,8 @@
 //   rows TYPE VALUE VALUE ...       one column C; TYPE int or decimal(P,S) or text;
 //                                   NULL and SURROGATE (half a pair) are values
 //   count N                         rows changed
-//   error STATE NATIVE TEXT         a statement that failed; with 08S01 the connection is
-//                                   gone for good
+//   error STATE NATIVE TEXT         a statement that failed; with 08S01 or 20017 the
+//                                   connection is gone for good
 //   + STATE NATIVE TEXT             a further record of the error before
 //   broken-rows VALUE STATE TEXT    one row, then an error while fetching
 //   parameters                      how the parameters were bound
@@ -77,7 +77,8 @@ struct Statement : Handle {
     if (connection->lost) return fail({{"08S01", 20006, "Write to the server failed"}});
     if (results.empty()) return SQL_NO_DATA;
     if (results.front().errors.empty()) return SQL_SUCCESS;
-    connection->lost = results.front().errors.front().state == "08S01";
+    const Record& first = results.front().errors.front();
+    connection->lost = first.state == "08S01" || first.native == 20017;
     return fail(results.front().errors);
   }
   SQLRETURN fail(std::vector<Record> why) {
@@ -202,6 +203,13 @@ SQLRETURN SQLSetEnvAttr(SQLHENV, SQLINTEGER, SQLPOINTER, SQLINTEGER) {
 SQLRETURN SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER) {
   if (attribute == SQL_ATTR_LOGIN_TIMEOUT)
     static_cast<Connection*>(handle)->loginTimeout = reinterpret_cast<SQLULEN>(value);
+  return SQL_SUCCESS;
+}
+SQLRETURN SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER,
+                             SQLINTEGER*) {
+  if (attribute != SQL_ATTR_CONNECTION_DEAD) return SQL_ERROR;
+  const bool lost = static_cast<Connection*>(handle)->lost;
+  *static_cast<SQLUINTEGER*>(value) = lost ? SQL_CD_TRUE : SQL_CD_FALSE;
   return SQL_SUCCESS;
 }
 SQLRETURN SQLSetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER) {

@@ -17,7 +17,7 @@ bool isBlank(std::string_view text) {
 
 class BatchRun {
  public:
-  explicit BatchRun(const Session& session, int timeoutSeconds) : statement_(session) {
+  BatchRun(const Session& session, int timeoutSeconds) : session_(session), statement_(session) {
     // A driver that cannot stop a batch refuses this, and the batch takes what it takes.
     SQLSetStmtAttr(statement_.handle(), SQL_ATTR_QUERY_TIMEOUT,
                    attributeValue(static_cast<SQLULEN>(timeoutSeconds)), 0);
@@ -35,6 +35,7 @@ class BatchRun {
         break;
       code = SQLMoreResults(statement_.handle());
     }
+    if (!errors_.empty() && session_.isDead()) throwConnectError(toText(errors_));
     if (!errors_.empty()) throwDiagnostics(errors_);
     return std::move(results_);
   }
@@ -78,9 +79,10 @@ class BatchRun {
       return std::ranges::find(errors_, record) == errors_.end();
     });
     lastSaid_ = std::move(said);
-    return !isConnectionLost(lastSaid_);
+    return !isConnectionLost(lastSaid_) && !session_.isDead();
   }
 
+  const Session& session_;
   Statement statement_;
   std::vector<StatementResult> results_;
   std::vector<Diagnostic> errors_;

@@ -52,6 +52,12 @@ bool Session::keepsWideTexts() const {
   return !SQL_SUCCEEDED(code) || back.starts_with(sent);
 }
 
+bool Session::isDead() const noexcept {
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  const auto code = SQLGetConnectAttr(handle_, SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
+  return SQL_SUCCEEDED(code) && dead == SQL_CD_TRUE;
+}
+
 Session::~Session() {
   SQLDisconnect(handle_);
   SQLFreeHandle(SQL_HANDLE_DBC, handle_);

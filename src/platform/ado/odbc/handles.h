@@ -36,6 +36,9 @@ class Session {
   /// Whether wide texts reach the driver undamaged. For a driver without wide functions the
   /// driver manager squeezes them into bytes; such a driver is given UTF-8 instead.
   bool takesWideTexts() const noexcept { return takesWideTexts_; }
+  /// Whether the driver knows that the connection is gone. Not every driver says so in the
+  /// error itself: FreeTDS tells of an unexpected end of file, or of an unknown error.
+  bool isDead() const noexcept;
 
  private:
   bool keepsWideTexts() const;
