@@ -125,7 +125,11 @@ TEST_F(ClosingDataCheck, KeepsLongTextsToTheirColumns) {
   std::string number;
   for (int i = 0; i < 320; ++i) number += "号";
   plantDocument(kExpenseInvoices, number.c_str());
-  ASSERT_TRUE(run());
+  FakeLoader fake{{{"0|现购费用发票检查", "0|" + number}, {"警告信息", number}}};
+  const auto installed = fake.install();
+  ASSERT_TRUE(run(std::string("LANGUAGE=EN;") + kScriptedDsn));
+  EXPECT_EQ(findings_->Fields()("FChkItem").Value().toText().size(), 100U * 3);
+  EXPECT_EQ(findings_->Fields()("FChkType").Value().toText().size(), 300U * 3);
   const std::string message = findings_->Fields()("FChkInfo").Value().toText();
   EXPECT_EQ(message.substr(0, 10), "应收单[");
   EXPECT_EQ(message.size(), 299 * 3 + 1) << "300 characters, all but the bracket of three bytes";

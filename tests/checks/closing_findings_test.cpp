@@ -4,6 +4,7 @@
 
 #include "account_set.h"
 #include "answered.h"
+#include "checks/closing/query_builders.h"
 #include "frame/classes.h"
 #include "velmora/collections/vector.h"
 #include "velmora/com/context.h"
@@ -143,6 +144,37 @@ TEST_F(ClosingFindings, UnauditedDocuments) {
   EXPECT_TRUE(canClose_) << "only a warning now, so the caller's own verdict stands";
 }
 
+TEST_F(ClosingFindings, NameEveryTypeOfDocument) {
+  // As number: what the type is called among the unaudited, and beside its voucher.
+  std::string rows;
+  for (const auto& [types, number] :
+       {std::pair{"1,0", "应收单|其他应收单"}, std::pair{"2,0", "应付单|其他应付单"},
+        std::pair{"3,0", "销售发票|销售发票"}, std::pair{"4,0", "采购发票|采购发票"},
+        std::pair{"5,0", "收款单|收款单"}, std::pair{"5,1", "预收单|预收单"},
+        std::pair{"5,-1", "应收退款单|应收退款单"}, std::pair{"6,0", "付款单|付款单"},
+        std::pair{"6,1", "预付单|预付单"}, std::pair{"6,-1", "应付退款单|应付退款单"},
+        std::pair{"7,0", "单据|单据"}, std::pair{"8,0", "单据|坏账"},
+        std::pair{"9,0", "单据|转账单据"}}) {
+    const std::string id = std::to_string(static_cast<int>(rows.size()) + 1);
+    rows += (rows.empty() ? "(" : ",(") + id + ',' + types + ",N'" + number +
+            "','2009-03-05','2009-03-05',2009,3,1,0,502,0,0,0)";
+  }
+  plant("t_rp_Contact", kContact, rows);
+  auto dFilter = filter();
+  const auto expectNames = [&](const std::string& query, bool first) {
+    const auto found = object_->GetData(dsn(), query);
+    EXPECT_EQ(found->RecordCount(), 13);
+    for (; !found->EOF_(); found->MoveNext()) {
+      const std::string number = found->Fields()("FBillNO").Value().toText();
+      const auto bar = number.find('|');
+      EXPECT_EQ(found->Fields()("FType").Value().toText(),
+                first ? number.substr(0, bar) : number.substr(bar + 1));
+    }
+  };
+  expectNames(object_->GetUnAuditArpBillStr(dFilter), true);
+  expectNames(closing::GetUnPeriodVchBillStr(*dFilter), false);
+}
+
 TEST_F(ClosingFindings, DocumentsWithoutVoucher) {
   plant("ICSale", kInvoice,
         "(1,10,'XS1','2009-03-02','2009-03-02',2009,3,1,0,1122,101),"
@@ -263,14 +295,24 @@ TEST_F(ClosingFindings, PeriodsOfVouchersAndInvoices) {
         "(1,5,0,'SK1','2009-03-05','2009-03-05',2009,3,1,1,502,0,0,0),"
         "(2,5,0,'SK2','2009-03-05','2009-03-05',2009,3,1,1,501,0,0,0),"
         "(3,3,0,'XS1','2009-03-31','2009-03-31',2009,3,1,1,501,0,1,1),"
-        "(4,3,0,'XS2','2009-03-31','2009-03-31',2009,3,1,1,501,0,2,1)");
+        "(4,3,0,'XS2','2009-03-31','2009-03-31',2009,3,1,1,501,0,2,1),"
+        "(5,3,0,'XS3','2009-03-31','2009-03-31',2009,2,1,1,501,0,3,1),"
+        "(6,3,0,'XS4','2008-03-31','2008-03-31',2008,3,1,1,501,0,4,1),"
+        "(7,3,0,'XS5','2009-02-28','2009-02-28',2009,2,1,1,501,0,5,0),"
+        "(8,5,0,'SK3','2009-03-05','2009-03-05',2009,3,1,1,502,0,0,0)");
+  run("update t_rp_Contact set FIsinit = 1 where FNumber = 'SK3'");
   plant("ICSale", kInvoice,
         "(1,10,'XS1','2009-03-31','2009-04-01',2009,3,0,501,1122,101),"  // financial date in April
-        "(2,10,'XS2','2009-03-31','2009-03-31',2009,3,0,501,1122,101)");
-  EXPECT_THAT(check(),
-              ElementsAre("单据期间检查: 销售发票[XS1]:物流单据的财务期间和应收应付系统不一致,"
-                          "可以通过重新审核来处理。",
-                          "单据期间检查: 收款单[SK1]:单据期间与对应凭证不一致"));
+        "(2,10,'XS2','2009-03-31','2009-03-31',2009,3,0,501,1122,101),"
+        "(3,10,'XS3','2009-03-31','2009-03-31',2009,3,0,501,1122,101),"   // its record in February
+        "(4,10,'XS4','2009-03-31','2009-03-31',2009,3,0,501,1122,101),"   // ... a year ago
+        "(5,10,'XS5','2009-03-31','2009-03-31',2009,3,0,501,1122,101)");  // ... not imported
+  const auto invoice = [](const std::string& number) {
+    return "单据期间检查: 销售发票[" + number +
+           "]:物流单据的财务期间和应收应付系统不一致,可以通过重新审核来处理。";
+  };
+  EXPECT_THAT(check(), UnorderedElementsAre(invoice("XS1"), invoice("XS3"), invoice("XS4"),
+                                            "单据期间检查: 收款单[SK1]:单据期间与对应凭证不一致"));
 }
 
 TEST_F(ClosingFindings, VouchersWithoutDocuments) {
@@ -303,15 +345,23 @@ TEST_F(ClosingFindings, UnconfirmedCashDocumentsAndExpenseInvoices) {
         "(2,12,'SK2','2009-03-04','2009-03-04',2009,3,1,1,501,1006004,'2009-03-31',1),"
         "(3,12,'SK3','2009-03-04','2009-03-04',2009,3,1,1,501,1006004,'2009-04-01',0),"
         "(4,12,'FK4','2009-03-04','2009-03-04',2009,3,0,1,501,1006002,'2009-03-01',0)");
-  plant("ICTransactionType", "FID, FName", "(77,'采购费用发票'),(78,'费用发票')");
+  plant("ICTransactionType", "FID, FName", "(76,'其他'),(77,'采购费用发票'),(78,'费用发票')");
   plant("ICExpenses", "FInterID, FBillNo, FDate, FTranType, FPOStyle, FInvType",
         "(1,'FY1','2009-03-04',77,201,0),(2,'FY2','2009-03-04',78,201,202),"
-        "(3,'FY3','2009-03-04',78,201,0)");
+        "(3,'FY3','2009-03-04',78,201,0),"
+        "(5,'FY5','2009-03-04',78,201,203),(6,'FY6','2009-03-04',77,204,0),"
+        "(8,'FY8','2009-03-04',76,201,0)");
+  // The same codes among the messages of other kinds.
+  plant("t_SubMessage", "FInterID, FTypeID, FID", "(203,105,'xf01'), (204,163,'PO01')");
   plant("t_rp_ARPBill", std::string(kDocument) + ", FSource, FSourceID, FCheckStatus",
-        "(1,11,'YF1','2009-03-03','2009-03-03',2009,3,0,1,2202,501,1,1,4,1,0),"
+        "(1,11,'YF1','2009-03-03','2009-03-03',2009,3,0,1,2202,501,1,1,4,1,null),"
         "(2,11,'YF2','2009-03-03','2009-03-03',2009,3,0,1,2202,501,1,1,8,2,2),"
         "(3,11,'YF3','2009-03-03','2009-03-03',2009,3,0,1,2202,501,1,1,8,3,0),"
-        "(4,11,'YF4','2009-03-03','2009-03-03',2009,3,0,1,2202,501,1,1,4,1,1)");
+        "(4,11,'YF4','2009-03-03','2009-03-03',2009,3,0,1,2202,501,1,1,4,1,1),"
+        "(5,11,'YF5','2009-03-03','2009-03-03',2009,3,0,1,2202,501,1,1,8,5,0),"
+        "(6,11,'YF6','2009-03-03','2009-03-03',2009,3,0,1,2202,501,1,1,8,6,0),"
+        "(7,11,'YF7','2009-03-03','2009-03-03',2009,3,0,1,2202,501,1,1,0,1,0),"
+        "(8,11,'YF8','2009-03-03','2009-03-03',2009,3,0,1,2202,501,1,1,4,8,0)");
   const std::string expenses = "现购类费用发票需要在当期核销完毕";
   EXPECT_THAT(check(), ElementsAre("现购费用发票检查: 采购费用发票[YF1]:" + expenses,
                                    "现购费用发票检查: 费用发票[YF2]:" + expenses,

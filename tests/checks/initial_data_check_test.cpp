@@ -28,7 +28,8 @@ class InitialData : public AccountSet {
     for (const char* key : {"FARUsePeriod", "FAPUsePeriod"}) profile(key, "3");
     profile("FCompanyName", "示例公司");
     plant("t_SystemProfile", "FCategory, FKey, FValue",
-          "('GL','StartYear','2008'), ('GL','StartPeriod','1')");
+          "('GL','StartYear','2008'), ('GL','StartPeriod','1'), ('IC','StartYear','2031'), "
+          "('IC','StartPeriod','9')");
     plant("t_Account", "FAccountID, FNumber", "(1122,'1122')");
     plant(
         "t_rp_BillType", "FID, FName, FName_EN, FRP, FType, FIsInit, FAccountID",
@@ -81,7 +82,9 @@ TEST_F(InitialData, IsCompleteWithoutFindings) {
 }
 
 TEST_F(InitialData, TellsWhatIsMissingOnEitherSide) {
-  run("delete from t_RP_SystemProfile; delete from t_Account; delete from t_Currency;"
+  run("delete from t_Currency");
+  EXPECT_THAT(findings(), ElementsAre("1 基础资料 严重错误: 没有填写币别基础资料"));
+  run("delete from t_RP_SystemProfile; delete from t_Account;"
       "update t_rp_BillType set FAccountID = null");
   EXPECT_THAT(findings(), ElementsAre("1 初始化设置 严重错误: 没有设置应收系统的启用期间",
                                       "2 初始化设置 严重错误: 没有设置公司名称",
@@ -110,8 +113,8 @@ TEST_F(InitialData, ComparesTheStartPeriodWithTheLedgers) {
     profile("FARUseYear", c.year);
     profile("FARUsePeriod", c.period);
     run("update t_SystemProfile set FValue = '" + std::string(c.ledgerYear) +
-        "' where FKey = 'StartYear'; update t_SystemProfile set FValue = '" + c.ledgerPeriod +
-        "' where FKey = 'StartPeriod'");
+        "' where FCategory = 'GL' and FKey = 'StartYear'; update t_SystemProfile set FValue = '" +
+        c.ledgerPeriod + "' where FCategory = 'GL' and FKey = 'StartPeriod'");
     if (*c.finding == '\0') {
       EXPECT_THAT(findings(), IsEmpty());
     } else {

@@ -337,6 +337,12 @@ TEST_F(QueryBuilders, ReadTheirOwnKeysOnly) {
     EXPECT_NE(query, "");
     EXPECT_EQ(c.build(*own), query) << c.keys;
   }
+  for (const auto builder : {closing::GetUnCheckExpInvoiceStr, closing::GetUnConfirmCashBillStr,
+                             closing::GetUnPeriodVchBillStr}) {
+    const auto empty = com::make<Dictionary>();
+    builder(*empty);
+    EXPECT_EQ(empty->Value("bArp"), Variant(true)) << "these store the side when it is absent";
+  }
 }
 
 TEST_F(QueryBuilders, AnswerTheSameLateBound) {
