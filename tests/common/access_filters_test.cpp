@@ -128,7 +128,7 @@ class ReplacedServices : public testing::Test {
     });
     service->method("GetRowAccessInfo2", [](auto arguments) {
       auto restricted = com::make<Dictionary>();
-      for (const Variant& table : *arguments[2].template toObject<Vector>())
+      for (const Variant& table : *answered(arguments[2].template toObject<Vector>()))
         restricted->Set(table.toObject<Dictionary>()->Value("Table").toText(), true);
       auto info = com::make<Dictionary>();
       info->Set("AccessInfo", restricted);
@@ -172,6 +172,15 @@ TEST_F(ReplacedServices, RestrictOnlyWithBothTexts) {
             "(Select z.FItemID  FROM t_emp z  ) ");
   sql_ = Variant();
   EXPECT_FALSE(BalanceAccessFilter(source())->Value("NeedAccess").toBool());
+}
+
+TEST_F(ReplacedServices, AreNotAskedAboutNothing) {
+  sql_ = collections::Null{};
+  DictionaryRef result;
+  for (const auto& none : {com::Ref<Vector>(), com::make<Vector>()}) {
+    EXPECT_TRUE(GetAccessFilter(source(), none, none, result));
+    EXPECT_FALSE(result->Value("NeedAccess").toBool());
+  }
 }
 
 TEST_F(ReplacedServices, ThatFailRestrictNothingAndLeaveTheReason) {

@@ -68,6 +68,8 @@ TEST_F(Settings, GiveThePeriodsDates) {
   EXPECT_EQ(GetPeriodStartDate(source(), true, 2010, 12), Date::ymd(2010, 12, 1));
   EXPECT_EQ(GetPeriodEndDate(source(), true, 0, 0), Date::ymd(2009, 2, 28));
   EXPECT_EQ(GetPeriodEndDate(source(), false, 0, 2), Date::ymd(2008, 2, 29));
+  database_.profile("FAPCurPeriod", "11");
+  EXPECT_EQ(GetPeriodStartDate(source(), false, 0, 0), Date::ymd(2008, 11, 1));
   const auto hidden = com::ScopedClass::hidden("PeriodDate.clsPeriodDate");
   EXPECT_EQ(errorOf([&] { GetPeriodStartDate(source(), true, 1, 1); }).number(),
             com::error::kCannotCreateObject);
@@ -124,6 +126,9 @@ TEST_F(CurrentFinancialDate, IsNowWithinThePeriodAndItsLastDayOutside) {
   database_.answer("select getdate()", rowset({"FCurDate", "FYear", "FPeriod"}, {}));
   EXPECT_EQ(object_->GetCurFincDate(kScriptedDsn, false), Date::ymd(2009, 2, 28))
       << "no period of the calendar contains today";
+  database_.answer("select getdate()", rowset({"FCurDate", "FYear", "FPeriod"}, {now_, 2010, 2}));
+  EXPECT_EQ(object_->GetCurFincDate(kScriptedDsn, false), Date::ymd(2009, 2, 28))
+      << "the same period of another year";
   EXPECT_EQ(com::call(*object_, "getcurfincdate", kScriptedDsn, false),
             Variant(Date::ymd(2009, 2, 28)));
   EXPECT_EQ(database_.open, 0);
