@@ -57,6 +57,10 @@ class ScriptedDatabase {
     answers_.push_back(
         {std::move(part), {}, {}, std::move(description), com::error::kProviderConnect});
   }
+  /// No longer answers so.
+  void forget(const std::string& part) {
+    std::erase_if(answers_, [&](const Answer& answer) { return answer.part == part; });
+  }
   /// A value of the system profile.
   void profile(const std::string& key, const std::string& value) {
     answer("SystemProfile", rowset({"FValue"}, {value}), {key});
