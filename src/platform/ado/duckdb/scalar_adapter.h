@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "platform/ado/duckdb/engine.h"
+#include "velmora/collections/date.h"
 
 /// Lets the engine call C++ functions of plain values, row by row: each argument is
 /// evaluated once, however often the function looks at it.
@@ -42,9 +43,18 @@ template <>
 struct EngineValue<float> : PlainEngineValue<float, DUCKDB_TYPE_FLOAT> {};
 template <>
 struct EngineValue<double> : PlainEngineValue<double, DUCKDB_TYPE_DOUBLE> {};
-/// A point in time, in microseconds from 1970.
+/// Both count microseconds from 1970.
 template <>
-struct EngineValue<duckdb_timestamp> : PlainEngineValue<duckdb_timestamp, DUCKDB_TYPE_TIMESTAMP> {};
+struct EngineValue<collections::Date> {
+  static constexpr duckdb_type kType = DUCKDB_TYPE_TIMESTAMP;
+  static collections::Date read(duckdb_vector vector, idx_t row) {
+    return collections::Date::fromMicroseconds(
+        static_cast<const std::int64_t*>(duckdb_vector_get_data(vector))[row]);
+  }
+  static void write(duckdb_vector vector, idx_t row, collections::Date value) {
+    static_cast<std::int64_t*>(duckdb_vector_get_data(vector))[row] = value.microseconds();
+  }
+};
 
 template <>
 struct EngineValue<std::string_view> {

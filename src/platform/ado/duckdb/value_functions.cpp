@@ -2,9 +2,13 @@
 
 #include "platform/ado/duckdb/scalar_adapter.h"
 #include "platform/tsql/values/arithmetic.h"
+#include "platform/tsql/values/date_kinds.h"
+#include "platform/tsql/values/date_parts.h"
+#include "platform/tsql/values/date_text.h"
 #include "platform/tsql/values/like.h"
 #include "platform/tsql/values/number_text.h"
 #include "platform/tsql/values/text.h"
+#include "platform/tsql/values/text_date.h"
 #include "platform/tsql/values/text_number.h"
 
 namespace velmora::ado::embedded {
@@ -38,6 +42,20 @@ constexpr std::array kFunctions{
     named<values::moneyText>("velmora_money_text"),
     named<values::withLeadingZero>("velmora_leading_zero"),
     named<values::roomFor>("velmora_room_for"),
+    named<values::heldAs>("velmora_held_as"),
+    named<values::dateOfDays>("velmora_date_of_days"),
+    named<values::daysOf>("velmora_days_of"),
+    named<values::sumOfDates>("velmora_sum_of_dates"),
+    named<values::differenceOfDates>("velmora_difference_of_dates"),
+    named<values::dateOfText>("velmora_date_of_text"),
+    named<values::isDate>("velmora_is_date"),
+    named<values::dateText>("velmora_date_text"),
+    named<values::longDateText>("velmora_long_date_text"),
+    named<values::datePart>("velmora_date_part"),
+    named<values::dateName>("velmora_date_name"),
+    named<values::dateAdd>("velmora_date_add"),
+    named<values::dateDiff>("velmora_date_diff"),
+    named<values::endOfMonth>("velmora_end_of_month"),
     named<values::matchesPattern>("velmora_like"),
     named<values::patternPlace>("velmora_pattern_place"),
     named<values::substring>("velmora_substring"),

@@ -195,21 +195,26 @@ Bound concatenation(const Bound& left, const Bound& right) {
   return computed(cut ? startSql(sql, type) : sql, type, eitherCanFail(left, right));
 }
 
-/// A date moved by days.
-Bound dateOperation(ArithmeticOperator op, const Bound& left, const Bound& right,
+/// Datetimes and days, each counted from 1900-01-01.
+Bound dateOperation(Context& context, ArithmeticOperator op, const Bound& left, const Bound& right,
                     Position position) {
-  const bool dateFirst = left.type.isDate();
-  const Bound& date = dateFirst ? left : right;
-  const Bound& days = dateFirst ? right : left;
-  const bool backwards = op == ArithmeticOperator::Subtract;
-  if (!days.type.isExact() || days.type.isText() || (backwards && !dateFirst) ||
-      (!backwards && op != ArithmeticOperator::Add)) {
-    refuse(position, "this operation on dates");
+  const SqlType type = commonType(left.type, right.type);
+  if (op != ArithmeticOperator::Add && op != ArithmeticOperator::Subtract) {
+    raiseAt(position, 8117,
+            "Operand data type " + declaration(type) + " is invalid for " + std::string(word(op)) +
+                " operator.");
   }
-  const std::string distance =
-      "to_microseconds(CAST(" + castSql(days.sql, "DOUBLE") + " * 86400000000 AS BIGINT))";
-  return computed(castSql(infix(op, date.sql, distance), date.type), date.type,
-                  eitherCanFail(left, right));
+  const Bound a = convertTo(context, left, type, position);
+  const Bound b = convertTo(context, right, type, position);
+  if (type.kind == SqlKind::date || type.kind == SqlKind::dateTime2) {
+    raiseAt(position, 8117,
+            "Operand data type " + declaration(type) + " is invalid for " + std::string(word(op)) +
+                " operator.");
+  }
+  const std::string name =
+      op == ArithmeticOperator::Add ? "velmora_sum_of_dates(" : "velmora_difference_of_dates(";
+  const Bound result = computed(name + a.sql + ", " + b.sql + ")", SqlType::dateTime(), true);
+  return convertTo(context, result, type, position);
 }
 
 [[noreturn]] void refuseOperator(ArithmeticOperator op, const SqlType& type, Position position) {
@@ -269,7 +274,9 @@ Bound bindOperator(ExpressionBinder& binder, ArithmeticOperator op, Bound left, 
   }
   const SqlType a = left.type;
   const SqlType b = right.type;
-  if (a.isDate() || b.isDate()) return dateOperation(op, left, right, position);
+  if (a.isDate() || b.isDate()) {
+    return dateOperation(binder.context(), op, left, right, position);
+  }
   if (a.isText()) left = convertTo(binder.context(), left, b, position);
   if (b.isText()) right = convertTo(binder.context(), right, a, position);
   if (left.type.kind == SqlKind::untypedNull)

@@ -36,31 +36,6 @@ std::string finite(std::string_view value, bool real) {
   return filled(real ? "velmora_finite_real($1)" : "velmora_finite($1)", {value});
 }
 
-std::string tryTextToDateTime(std::string_view text) {
-  return filled(
-      "try_strptime(trim($1), ['%Y-%m-%d', '%Y/%m/%d', '%Y%m%d', '%Y-%m-%d %H:%M',"
-      " '%Y/%m/%d %H:%M', '%Y%m%d %H:%M', '%Y-%m-%d %H:%M:%S', '%Y/%m/%d %H:%M:%S',"
-      " '%Y%m%d %H:%M:%S', '%Y-%m-%d %H:%M:%S.%f', '%Y/%m/%d %H:%M:%S.%f',"
-      " '%Y%m%d %H:%M:%S.%f', '%Y-%m-%dT%H:%M:%S', '%Y-%m-%dT%H:%M:%S.%f'])",
-      {text});
-}
-
-std::string textToDateTime(std::string_view text) {
-  return filled(
-      "CASE WHEN trim($1) = '' THEN TIMESTAMP '1900-01-01' WHEN $2 IS NOT NULL THEN $2"
-      " WHEN $1 IS NOT NULL THEN error('241: Conversion failed when converting date and/or time"
-      " from character string ''' || $1 || '''.') END",
-      {text, tryTextToDateTime(text)});
-}
-
-std::string weeksBetween(std::string_view from, std::string_view to) {
-  // The engine's week begins on Monday.
-  return filled(
-      "date_diff('day', date_trunc('week', CAST($1 AS TIMESTAMP) + to_days(1)),"
-      " date_trunc('week', CAST($2 AS TIMESTAMP) + to_days(1))) // 7",
-      {from, to});
-}
-
 std::string now() {
   return "current_localtimestamp()";
 }

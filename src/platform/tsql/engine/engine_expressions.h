@@ -16,11 +16,6 @@ std::string ratio(std::string_view a, std::string_view b);
 /// A float, or a real, that is not beyond the type's range: error 8115.
 std::string finite(std::string_view value, bool real);
 
-/// A text as a TIMESTAMP; NULL, or error 241, when it is none.
-std::string tryTextToDateTime(std::string_view text);
-std::string textToDateTime(std::string_view text);
-/// How many Sundays begin a week between two times.
-std::string weeksBetween(std::string_view from, std::string_view to);
 /// The time of day and the date when the statement runs.
 std::string now();
 

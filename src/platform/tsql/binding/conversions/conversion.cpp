@@ -31,9 +31,9 @@ Bound identifier(const Bound& value, const SqlType& type, Position position) {
 Bound toText(const Bound& value, const SqlType& type, Position position, std::optional<int> style) {
   if (type.kind == SqlKind::uniqueIdentifier) return identifier(value, type, position);
   if (value.type.isText()) return cutTo(value, type);
-  return cutTo(value.type.isDate() ? dateText(value, style.value_or(0), position)
-                                   : numberToText(value, type, style.value_or(0)),
-               type);
+  return cutTo(
+      value.type.isDate() ? dateText(value, style) : numberToText(value, type, style.value_or(0)),
+      type);
 }
 
 Bound convert(Context& context, const Bound& value, const SqlType& type, Position position,
@@ -44,12 +44,10 @@ Bound convert(Context& context, const Bound& value, const SqlType& type, Positio
   if (type.isText()) return toText(value, type, position, style);
   if (value.type == type) return value;
   if (type.isDate()) {
-    if (value.type.isText()) return textToDate(value, type);
-    if (value.type.isDate()) return computed(castSql(value.sql, type), type, value.canFail);
-    if (value.type.isExact()) return numberToDate(value, type);
-    refuseConversion(value, type, position);
+    if (value.type.isText()) return textToDate(value, type, style.value_or(0));
+    return value.type.isDate() ? dateToDate(value, type) : numberToDate(value, type, position);
   }
-  if (value.type.isDate()) refuseConversion(value, type, position);
+  if (value.type.isDate()) return dateToNumber(value, type, position);
   return value.type.isText() ? textToNumber(context, value, type)
                              : numberToNumber(context, value, type);
 }

@@ -1,153 +1,98 @@
 #include "platform/tsql/binding/conversions/conversion_date.h"
 
-#include <algorithm>
-#include <array>
-
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/types/typed_sql.h"
-#include "platform/tsql/engine/engine_expressions.h"
-#include "platform/tsql/engine/sql_text.h"
+#include "platform/tsql/values/date_kinds.h"
+#include "platform/tsql/values/date_text.h"
+#include "platform/tsql/values/text_date.h"
+#include "platform/tsql/values/value_error.h"
 
 namespace velmora::tsql {
 namespace {
 
-using collections::Date;
-
-struct Style {
-  int number;
-  std::string_view format;  // of strftime
-};
-
-constexpr std::array kStyles = std::to_array<Style>({
-    {20, "%Y-%m-%d %H:%M:%S"},
-    {21, "%Y-%m-%d %H:%M:%S.%g"},
-    {23, "%Y-%m-%d"},
-    {101, "%m/%d/%Y"},
-    {102, "%Y.%m.%d"},
-    {103, "%d/%m/%Y"},
-    {104, "%d.%m.%Y"},
-    {105, "%d-%m-%Y"},
-    {108, "%H:%M:%S"},
-    {110, "%m-%d-%Y"},
-    {111, "%Y/%m/%d"},
-    {112, "%Y%m%d"},
-    {120, "%Y-%m-%d %H:%M:%S"},
-    {121, "%Y-%m-%d %H:%M:%S.%g"},
-    {126, "%Y-%m-%dT%H:%M:%S.%g"},
-});
-
-/// "Mar  5 2009 10:20AM", the form without a style: day and hour take two places.
-std::string defaultText(const std::string& date) {
-  return "(strftime(" + date + ", '%b ') || lpad(CAST(day(" + date +
-         ") AS VARCHAR), 2, ' ') || strftime(" + date + ", ' %Y ') || lpad(strftime(" + date +
-         ", '%-I'), 2, ' ') || strftime(" + date + ", ':%M%p'))";
+std::string kindText(const SqlType& type) {
+  return std::to_string(dateKind(type));
 }
 
-bool isDigits(std::string_view text) {
-  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+std::string timestamp(const Bound& value) {
+  return value.type.kind == SqlKind::date ? castSql(value.sql, "TIMESTAMP") : value.sql;
 }
 
-/// "2009/3/5 10:20" with two digits for month and day, as the reader of dates wants it.
-std::string paddedDay(std::string_view text) {
-  std::string result;
-  const std::size_t dayEnd = std::min(text.find_first_of(" T"), text.size());
-  for (std::size_t at = 0; at < dayEnd;) {
-    const std::size_t end = std::min(text.find_first_of("-/", at), dayEnd);
-    if (end - at == 1) result += '0';
-    result += text.substr(at, end - at);
-    if (end < dayEnd) result += text[end];
-    at = end + 1;
+/// What `answer` says of a constant, or its error where a row reaches it.
+template <class Answer>
+Bound constantDate(const SqlType& type, Answer answer) {
+  try {
+    return constantOf(answer(), type);
+  } catch (const values::ValueError& error) {
+    return computed(raiseSql(error.what(), type), type, true);
   }
-  return result.append(text.substr(dayEnd));
 }
 
-std::string twoDigits(int value) {
-  return (value < 10 ? "0" : "") + std::to_string(value);
-}
-
-/// What strftime makes of a constant.
-std::string formatted(const Date& date, std::string_view format) {
-  const Date::Parts parts = date.parts();
-  std::string text;
-  for (std::size_t at = 0; at < format.size(); ++at) {
-    if (format[at] != '%') {
-      text += format[at];
-      continue;
-    }
-    switch (format[++at]) {
-      case 'Y':
-        text += std::to_string(parts.year);
-        break;
-      case 'm':
-        text += twoDigits(parts.month);
-        break;
-      case 'd':
-        text += twoDigits(parts.day);
-        break;
-      case 'H':
-        text += twoDigits(parts.hour);
-        break;
-      case 'M':
-        text += twoDigits(parts.minute);
-        break;
-      case 'S':
-        text += twoDigits(parts.second);
-        break;
-      default:
-        text += std::to_string(1000 + parts.microsecond / 1000).substr(1);
-        break;
-    }
-  }
-  return text;
-}
-
-/// The date and time of a text in one of the forms that compare with dates; '' is
-/// 1900-01-01.
-std::optional<Date> dateOf(std::string_view text) {
-  while (text.starts_with(' ')) text.remove_prefix(1);
-  while (text.ends_with(' ')) text.remove_suffix(1);
-  if (text.empty()) return Date::ymd(1900, 1, 1);
-  if (text.size() == 4 && isDigits(text)) return std::nullopt;
-  return Date::tryParse(paddedDay(text));
+void requireDays(const SqlType& date, const SqlType& number, Position position) {
+  if (date.kind == SqlKind::dateTime || date.kind == SqlKind::smallDateTime) return;
+  raiseAt(position, 206,
+          "Operand type clash: " + declaration(number) + " is incompatible with " +
+              declaration(date) + ".");
 }
 
 }  // namespace
 
-Bound textToDate(const Bound& value, const SqlType& type) {
-  if (!value.constant) {
-    return computed(castSql(engine::textToDateTime(value.sql), type), type, true);
+int dateKind(const SqlType& type) {
+  return static_cast<int>(type.kind) - static_cast<int>(SqlKind::date);
+}
+
+Bound textToDate(const Bound& value, const SqlType& type, int style) {
+  if (value.constant) {
+    return constantDate(
+        type, [&] { return values::dateOfText(value.constant->text(), style, dateKind(type)); });
   }
-  const std::string_view text = value.constant->text();
-  if (const auto date = dateOf(text)) return constantOf(*date, type);
-  return computed(raiseSql("241: Conversion failed when converting date and/or time from "
-                           "character string '" +
-                               std::string(text) + "'.",
-                           type),
+  const std::string sql = "velmora_date_of_text(" + value.sql + ", " + std::to_string(style) +
+                          ", " + kindText(type) + ")";
+  return computed(type.kind == SqlKind::date ? castSql(sql, type) : sql, type, true);
+}
+
+Bound dateToDate(const Bound& value, const SqlType& type) {
+  if (value.constant) {
+    return constantDate(type,
+                        [&] { return values::heldAs(value.constant->toDate(), dateKind(type)); });
+  }
+  if (type.kind == SqlKind::date) return computed(castSql(value.sql, type), type, value.canFail);
+  const bool widens = value.type.kind != SqlKind::date && type.kind > value.type.kind;
+  if (widens) return computed(value.sql, type, value.canFail);
+  return computed("velmora_held_as(" + timestamp(value) + ", " + kindText(type) + ")", type, true);
+}
+
+Bound numberToDate(const Bound& value, const SqlType& type, Position position) {
+  requireDays(type, value.type, position);
+  return computed(
+      "velmora_date_of_days(" + castSql(value.sql, "DOUBLE") + ", " + kindText(type) + ")", type,
+      true);
+}
+
+Bound dateToNumber(const Bound& value, const SqlType& type, Position position) {
+  requireDays(value.type, type, position);
+  const std::string days = "velmora_days_of(" + value.sql + ")";
+  return computed(castSql(type.isInteger() ? "round(" + days + ")" : days, type), type, true);
+}
+
+Bound dateText(const Bound& value, std::optional<int> style) {
+  const bool day = value.type.kind == SqlKind::date;
+  const SqlType type = SqlType::varchar(27);
+  if (!style && value.type.kind == SqlKind::dateTime2) {
+    return computed("velmora_long_date_text(" + value.sql + ")", type, value.canFail);
+  }
+  const int number = style.value_or(day ? 121 : 0);
+  if (value.constant) {
+    try {
+      const std::string text = values::dateText(value.constant->toDate(), number, day);
+      return constantOf(text, SqlType::varchar(static_cast<std::int64_t>(text.size())));
+    } catch (const values::ValueError& error) {
+      return computed(raiseSql(error.what(), type), type, true);
+    }
+  }
+  return computed("velmora_date_text(" + timestamp(value) + ", " + std::to_string(number) + ", " +
+                      (day ? "TRUE" : "FALSE") + ")",
                   type, true);
-}
-
-Bound numberToDate(const Bound& value, const SqlType& type) {
-  const std::string days = castSql(value.sql, "DOUBLE") + " * 86400000000";
-  return computed(castSql("(TIMESTAMP '1900-01-01' + to_microseconds(" +
-                              castSql("round(" + days + ")", "BIGINT") + "))",
-                          type),
-                  type, value.canFail);
-}
-
-Bound dateText(const Bound& value, int style, Position position) {
-  if (value.type.kind == SqlKind::date && style == 0) style = 23;
-  if (style == 0 || style == 100) {
-    return computed(defaultText(value.sql), SqlType::varchar(19), value.canFail);
-  }
-  const auto* found = std::ranges::find(kStyles, style, &Style::number);
-  if (found == kStyles.end()) refuse(position, "date style " + std::to_string(style));
-  const SqlType type = SqlType::varchar(23);
-  if (value.constant && value.constant->toDate() >= Date::ymd(1000, 1, 1)) {
-    const std::string text = formatted(value.constant->toDate(), found->format);
-    return constantOf(text, SqlType::varchar(static_cast<std::int64_t>(text.size())));
-  }
-  return computed("strftime(" + value.sql + ", " + quoteText(found->format) + ")", type,
-                  value.canFail);
 }
 
 }  // namespace velmora::tsql

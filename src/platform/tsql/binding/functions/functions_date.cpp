@@ -1,44 +1,43 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/tsql/binding/conversions/conversion.h"
+#include "platform/tsql/binding/conversions/conversion_date.h"
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/functions/functions.h"
 #include "platform/tsql/binding/types/typed_sql.h"
 #include "platform/tsql/engine/engine_expressions.h"
-#include "platform/tsql/engine/sql_text.h"
 #include "platform/tsql/syntax/text_scan.h"
+#include "platform/tsql/values/date_kinds.h"
 
 namespace velmora::tsql {
 namespace {
 
-/// A part of a date: T-SQL's names for it, DuckDB's, and what moves a date by it.
-struct DatePart {
-  std::array<std::string_view, 3> names;
-  std::string_view engine;
-  std::string_view interval;
-};
+/// T-SQL's names for a part of a date, the long one first.
+using PartNames = std::array<std::string_view, 3>;
 
-constexpr auto kParts = std::to_array<DatePart>({
-    {{"year", "yy", "yyyy"}, "year", "to_years"},
-    {{"quarter", "qq", "q"}, "quarter", "to_quarters"},
-    {{"month", "mm", "m"}, "month", "to_months"},
-    {{"day", "dd", "d"}, "day", "to_days"},
-    {{"week", "wk", "ww"}, "week", "to_weeks"},
-    {{"hour", "hh", "hour"}, "hour", "to_hours"},
-    {{"minute", "mi", "n"}, "minute", "to_minutes"},
-    {{"second", "ss", "s"}, "second", "to_seconds"},
-    {{"millisecond", "ms", "ms"}, "millisecond", "to_milliseconds"},
-    {{"dayofyear", "dy", "y"}, "dayofyear", "to_days"},
-    {{"weekday", "dw", "w"}, "dow", "to_days"},
+constexpr auto kParts = std::to_array<PartNames>({
+    {"year", "yy", "yyyy"},
+    {"quarter", "qq", "q"},
+    {"month", "mm", "m"},
+    {"dayofyear", "dy", "y"},
+    {"day", "dd", "d"},
+    {"week", "wk", "ww"},
+    {"weekday", "dw", "w"},
+    {"hour", "hh", "hh"},
+    {"minute", "mi", "n"},
+    {"second", "ss", "s"},
+    {"millisecond", "ms", "ms"},
+    {"microsecond", "mcs", "mcs"},
 });
 
-const DatePart& partOf(const Call& call) {
+std::string_view partOf(const Call& call) {
   const Expression& expression = call.expression(0);
   const auto* name = std::get_if<ColumnReference>(&expression.node);
   if (name != nullptr && name->column.qualifiers.empty()) {
     const std::string wanted = lowered(name->column.name);
-    for (const DatePart& part : kParts) {
-      if (std::ranges::find(part.names, wanted) != part.names.end()) return part;
+    for (const PartNames& names : kParts) {
+      if (std::ranges::find(names, wanted) != names.end()) return names[0];
     }
   }
   raiseAt(expression.position, 155,
@@ -46,10 +45,30 @@ const DatePart& partOf(const Call& call) {
               " not a recognized part of a date.");
 }
 
+/// A date has no parts of the day.
+void checkPart(const Call& call, std::string_view part, const Bound& date) {
+  static constexpr auto kOfDay =
+      std::to_array<std::string_view>({"hour", "minute", "second", "millisecond", "microsecond"});
+  if (date.type.kind != SqlKind::date || std::ranges::find(kOfDay, part) == kOfDay.end()) return;
+  raiseAt(call.position(), 9810,
+          "The datepart " + std::string(part) + " is not supported by date function " +
+              call.syntax().name + " for data type date.");
+}
+
+std::string timestamp(const Bound& date) {
+  return date.type.kind == SqlKind::date ? castSql(date.sql, "TIMESTAMP") : date.sql;
+}
+
+std::string quoted(std::string_view part) {
+  return "'" + std::string(part) + "'";
+}
+
 Bound partSql(const Bound& date, std::string_view part) {
-  std::string sql(part);
-  return computed(castSql(sql.append("(").append(date.sql).append(")"), SqlType::integer()),
-                  SqlType::integer(), date.canFail);
+  const bool native = part == "year" || part == "month" || part == "day";
+  const std::string sql = native
+                              ? castSql(std::string(part) + "(" + date.sql + ")", "INTEGER")
+                              : "velmora_date_part(" + quoted(part) + ", " + timestamp(date) + ")";
+  return computed(sql, SqlType::integer(), date.canFail);
 }
 
 Bound year(const Call& call) {
@@ -63,60 +82,69 @@ Bound day(const Call& call) {
 }
 
 Bound datePart(const Call& call) {
-  const DatePart& part = partOf(call);
+  const std::string_view part = partOf(call);
   const Bound date = call.dateTime(1);
-  if (part.engine == "week") refuse(call.position(), "datepart(week, ...)");
-  // Sunday is day 1 of the week, a second's thousandths do not hold the seconds.
-  if (part.engine == "dow") {
-    return computed("CAST(dayofweek(" + date.sql + ") + 1 AS INTEGER)", SqlType::integer(),
-                    date.canFail);
-  }
-  if (part.engine == "millisecond") {
-    return computed("CAST(millisecond(" + date.sql + ") % 1000 AS INTEGER)", SqlType::integer(),
-                    date.canFail);
-  }
-  return partSql(date, part.engine);
+  checkPart(call, part, date);
+  return partSql(date, part);
+}
+
+Bound dateName(const Call& call) {
+  const std::string_view part = partOf(call);
+  const Bound date = call.dateTime(1);
+  checkPart(call, part, date);
+  return computed("velmora_date_name(" + quoted(part) + ", " + timestamp(date) + ")",
+                  SqlType::nvarchar(30), date.canFail);
 }
 
 Bound dateAdd(const Call& call) {
-  const DatePart& part = partOf(call);
+  const std::string_view part = partOf(call);
   const Bound count = call.integer(1);
   const Bound date = call.dateTime(2);
-  std::string sql = date.sql + " + ";
-  sql.append(part.interval).append("(").append(count.sql).append(")");
-  return computed(castSql(sql, date.type), date.type, count.canFail || date.canFail);
+  checkPart(call, part, date);
+  const std::string sql = "velmora_date_add(" + quoted(part) + ", " + count.sql + ", " +
+                          timestamp(date) + ", " + std::to_string(dateKind(date.type)) + ")";
+  return computed(date.type.kind == SqlKind::date ? castSql(sql, date.type) : sql, date.type, true);
 }
 
 /// How many borders of the part lie between the two.
 Bound dateDiff(const Call& call) {
-  const DatePart& part = partOf(call);
+  const std::string_view part = partOf(call);
   const Bound from = call.dateTime(1);
   const Bound to = call.dateTime(2);
-  const bool canFail = from.canFail || to.canFail;
-  if (part.engine == "week") {
-    return computed(castSql(engine::weeksBetween(from.sql, to.sql), SqlType::integer()),
-                    SqlType::integer(), canFail);
-  }
-  const std::string_view unit =
-      part.engine == "dow" || part.engine == "dayofyear" ? "day" : part.engine;
   return computed(
-      castSql("date_diff('" + std::string(unit) + "', " + castSql(from.sql, SqlType::dateTime()) +
-                  ", " + castSql(to.sql, SqlType::dateTime()) + ")",
-              SqlType::integer()),
-      SqlType::integer(), canFail);
+      "velmora_date_diff(" + quoted(part) + ", " + timestamp(from) + ", " + timestamp(to) + ")",
+      SqlType::integer(), true);
+}
+
+Bound endOfMonth(const Call& call) {
+  const SqlType type = SqlType::of(SqlKind::date);
+  const std::string months = call.count() == 2 ? call.integer(1).sql : "0";
+  const std::string sql =
+      "velmora_end_of_month(" + timestamp(call.dateTime(0)) + ", " + months + ")";
+  return computed(castSql(sql, type), type, true);
 }
 
 /// One value for the whole statement.
 Bound getDate(const Call& call) {
   const Context& context = call.binder().context();
-  if (context.inDefault) return computed(engine::now(), SqlType::dateTime());
-  return constantOf(context.scope.now, SqlType::dateTime());
+  const SqlType type = SqlType::dateTime();
+  if (context.inDefault) return computed(engine::now(), type);
+  return constantOf(values::heldAs(context.scope.now, dateKind(type)), type);
 }
 
 Bound isDate(const Call& call) {
-  const Bound value = call.text(0);
-  return computed("CAST(" + engine::tryTextToDateTime(value.sql) + " IS NOT NULL AS INTEGER)",
-                  SqlType::integer(), value.canFail);
+  const Bound value = call.argument(0);
+  const SqlType type = SqlType::integer();
+  if (value.isNull()) return constantOf(0, type);
+  if (value.type.kind == SqlKind::date || value.type.kind == SqlKind::dateTime2) {
+    raiseAt(call.position(), 8116,
+            "Argument data type " + declaration(value.type) +
+                " is invalid for argument 1 of isdate function.");
+  }
+  if (value.type.isDate()) {
+    return computed(castSql("(" + value.sql + " IS NOT NULL)", type), type, value.canFail);
+  }
+  return computed("coalesce(velmora_is_date(" + call.text(0).sql + "), 0)", type, value.canFail);
 }
 
 constexpr auto kRules = std::to_array<FunctionRule>({
@@ -124,8 +152,10 @@ constexpr auto kRules = std::to_array<FunctionRule>({
     {"month", 1, 1, month},
     {"day", 1, 1, day},
     {"datepart", 2, 2, datePart},
+    {"datename", 2, 2, dateName},
     {"dateadd", 3, 3, dateAdd},
     {"datediff", 3, 3, dateDiff},
+    {"eomonth", 1, 2, endOfMonth},
     {"getdate", 0, 0, getDate},
     {"current_timestamp", 0, 0, getDate},
     {"isdate", 1, 1, isDate},

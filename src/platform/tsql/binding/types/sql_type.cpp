@@ -20,7 +20,7 @@ struct KindTraits {
   int bytes;
 };
 
-constexpr std::array<KindTraits, 18> kTraits = {{
+constexpr std::array<KindTraits, 20> kTraits = {{
     {"int", "INTEGER", 0, 0, ado::adInteger, 4},
     {"char", "VARCHAR", 0, 0, ado::adChar, 0},
     {"varchar", "VARCHAR", 0, 0, ado::adVarChar, 0},
@@ -38,7 +38,9 @@ constexpr std::array<KindTraits, 18> kTraits = {{
     {"real", "FLOAT", 24, 0, ado::adSingle, 4},
     {"float", "DOUBLE", 53, 0, ado::adDouble, 8},
     {"date", "DATE", 0, 0, ado::adDBDate, 6},
+    {"smalldatetime", "TIMESTAMP", 0, 0, ado::adDBTimeStamp, 16},
     {"datetime", "TIMESTAMP", 0, 0, ado::adDBTimeStamp, 16},
+    {"datetime2", "TIMESTAMP", 0, 0, ado::adDBTimeStamp, 16},
 }};
 
 const KindTraits& traits(SqlKind kind) {
@@ -114,9 +116,11 @@ SqlType sqlType(const DataType& written, std::int64_t lengthOmitted) {
     case TypeKind::Date:
       return SqlType::of(SqlKind::date);
     case TypeKind::DateTime:
-    case TypeKind::SmallDateTime:
-    case TypeKind::DateTime2:
       return SqlType::dateTime();
+    case TypeKind::SmallDateTime:
+      return SqlType::of(SqlKind::smallDateTime);
+    case TypeKind::DateTime2:
+      return SqlType::of(SqlKind::dateTime2);
     case TypeKind::Char:
       return textType(SqlKind::character, written, lengthOmitted);
     case TypeKind::VarChar:

@@ -29,7 +29,9 @@ enum class SqlKind : std::uint8_t {
   real,
   floating,  ///< float
   date,
+  smallDateTime,
   dateTime,
+  dateTime2,
 };
 
 /// A T-SQL type with its size.
