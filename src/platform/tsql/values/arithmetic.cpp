@@ -22,6 +22,11 @@ Value finiteValue(Value value, const char* type) {
       ".");
 }
 
+double defined(double value) {
+  if (std::isnan(value)) throw ValueError("3623: An invalid floating point operation occurred.");
+  return finiteValue(value, "float");
+}
+
 }  // namespace
 
 std::int64_t quotient(std::int64_t a, std::int64_t b) {
@@ -47,6 +52,31 @@ double finite(double value) {
 
 float finiteReal(float value) {
   return finiteValue(value, "real");
+}
+
+double squareRoot(double value) {
+  return defined(std::sqrt(value));
+}
+
+double square(double value) {
+  return finite(value * value);
+}
+
+double exponential(double value) {
+  return finite(std::exp(value));
+}
+
+double logarithm(double value) {
+  return defined(value <= 0 ? std::nan("") : std::log(value));
+}
+
+double decimalLogarithm(double value) {
+  return defined(value <= 0 ? std::nan("") : std::log10(value));
+}
+
+double power(double base, double exponent) {
+  if (base == 0 && exponent < 0) raiseZeroDivisor();
+  return defined(std::pow(base, exponent));
 }
 
 }  // namespace velmora::tsql::values

@@ -15,4 +15,12 @@ double ratio(double a, double b);
 double finite(double value);
 float finiteReal(float value);
 
+/// Error 3623 where the function is not defined, 8115 beyond float.
+double squareRoot(double value);
+double square(double value);
+double exponential(double value);
+double logarithm(double value);
+double decimalLogarithm(double value);
+double power(double base, double exponent);
+
 }  // namespace velmora::tsql::values

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 
 #include "platform/tsql/binding/conversions/conversion.h"
@@ -24,8 +25,14 @@ Bound ofSameType(const Call& call, const std::string& name) {
 Bound absolute(const Call& call) {
   return ofSameType(call, "abs");
 }
+/// A decimal's sign has room for the 1 that the decimal itself may lack.
 Bound sign(const Call& call) {
-  return ofSameType(call, "sign");
+  const Bound value = number(call, 0);
+  const SqlType type =
+      value.type.kind == SqlKind::decimal
+          ? SqlType::decimal(std::min(38, value.type.precision + 1), value.type.scale)
+          : value.type;
+  return computed(castSql("sign(" + value.sql + ")", type), type, value.canFail);
 }
 
 /// floor and ceiling: a decimal loses its fraction digits, integers stay.
@@ -73,9 +80,27 @@ Bound round(const Call& call) {
   return computed(castSql(sql, value.type), value.type, value.canFail || places <= 0);
 }
 
+/// A function of floats that is not defined for all of them.
+Bound ofFloat(const Call& call, const std::string& name) {
+  return computed(name + "(" + call.floating(0).sql + ")", SqlType::floating(), true);
+}
 Bound squareRoot(const Call& call) {
-  const Bound value = call.floating(0);
-  return computed("sqrt(" + value.sql + ")", SqlType::floating(), true);
+  return ofFloat(call, "velmora_square_root");
+}
+Bound square(const Call& call) {
+  return ofFloat(call, "velmora_square");
+}
+Bound exponential(const Call& call) {
+  return ofFloat(call, "velmora_exponential");
+}
+Bound logarithm(const Call& call) {
+  return ofFloat(call, "velmora_logarithm");
+}
+Bound decimalLogarithm(const Call& call) {
+  return ofFloat(call, "velmora_decimal_logarithm");
+}
+Bound pi(const Call&) {
+  return constantOf(3.14159265358979323846, SqlType::floating());
 }
 
 Bound power(const Call& call) {
@@ -83,8 +108,8 @@ Bound power(const Call& call) {
   const Bound exponent = call.floating(1);
   const Bound asFloat =
       convertTo(call.binder().context(), base, SqlType::floating(), call.position());
-  const Bound result =
-      computed("power(" + asFloat.sql + ", " + exponent.sql + ")", SqlType::floating(), true);
+  const Bound result = computed("velmora_power(" + asFloat.sql + ", " + exponent.sql + ")",
+                                SqlType::floating(), true);
   return base.type.isApproximate()
              ? result
              : convertTo(call.binder().context(), result, base.type, call.position());
@@ -97,6 +122,11 @@ constexpr auto kRules = std::to_array<FunctionRule>({
     {"ceiling", 1, 1, ceilingOf},
     {"round", 2, 3, round},
     {"sqrt", 1, 1, squareRoot},
+    {"square", 1, 1, square},
+    {"exp", 1, 1, exponential},
+    {"log", 1, 1, logarithm},
+    {"log10", 1, 1, decimalLogarithm},
+    {"pi", 0, 0, pi},
     {"power", 2, 2, power},
 });
 
