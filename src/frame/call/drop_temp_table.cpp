@@ -2,15 +2,13 @@
 
 #include <string>
 
-#include "velmora/com/error.h"
-
 namespace velmora {
 
 void DropTempTable(ado::Connection& connection, std::string_view table) noexcept {
   try {
     connection.Execute("drop Table " + std::string(table));
   } catch (...) {
-    com::ClearErrorInfo();
+    // A work table that is not there is as good as dropped.
   }
 }
 

@@ -7,7 +7,7 @@
 namespace velmora {
 
 /// Drops a work table of `connection`; one that does not exist is fine, and so is
-/// any other failure.
+/// any other failure. The thread's error information stays as it was.
 void DropTempTable(ado::Connection& connection, std::string_view table) noexcept;
 
 }  // namespace velmora
