@@ -34,7 +34,7 @@ TEST_F(AmountCheck, ComparesThePeriodByAccountAndItem) {
                           "1122(小计)||101 110 110 50 57 30 30 130 137",
                           "2203|C1|0 -40 -40 0 0 5 5 -45 -45", "2203|C2|0 0 0 0 0 0 0 0 0",
                           "2203(小计)||101 -40 -40 0 0 5 5 -45 -45"));
-  EXPECT_EQ(answer_->fieldCount(), 38u);
+  EXPECT_EQ(columnCount(), 38u);
   EXPECT_EQ(filter_->Value("bShowDetail").toText(), "True");
   EXPECT_EQ(filter_->Value("bChkForAdjust").toText(), "False");
   EXPECT_EQ(filter_->Value("strLanguage").toText(), "chs");
@@ -54,7 +54,38 @@ TEST_F(AmountCheck, ComparesAccountsAsAWhole) {
   EXPECT_THAT(periodRows(kBalances), ElementsAre("1122|合计|0 130 137 7", "2203|合计|0 -45 -45 0"));
   filter_->Set("CurrencyID", 3);
   ledger(1122, 0, 10, 0, 0, 3);
-  EXPECT_THAT(periodRows(kBalances), ElementsAre("1122|合计|0 10 10 0", "2203|合计|0 0 0 0"));
+  EXPECT_THAT(periodRows(kBalances), ElementsAre("1122|合计|0 10 10 0"));
+}
+
+TEST_F(AmountCheck, TakesAnAccountInTheCurrencyItIsKeptIn) {
+  withReceivables();
+  contact(1, 11, 1124, 8, 0, 0, 3);
+  ledger(1124, 0, 9, 0, 0, 3);
+  filter_->Set("AcctList", "1122,1124,2203");
+  const struct {
+    int currency;
+    bool detail, adjust;
+    std::vector<std::string> rows;
+  } cases[] = {
+      {1, false, false, {"1122|合计|0 120 0", "2203|合计|0 -45 0"}},
+      {3, false, false, {"1122|合计|0 10 0", "1124|合计|0 8 9"}},
+      {3,
+       true,
+       false,
+       {"1122|C1|0 0 0", "1122|C2|0 10 0", "1122(小计)||101 10 0", "1124|C1|0 8 0", "1124|C2|0 0 0",
+        "1124(小计)||101 8 0"}},
+      {0, false, true, {"1122|合计|0 10 0"}},
+      {3, false, true, {"1122|合计|0 10 0", "1124|合计|0 8 9"}},
+      {1, false, true, {"1122|合计|0 10 0"}},
+  };
+  const auto open = held();
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.currency);
+    filter_->Set("CurrencyID", test.currency);
+    filter_->Set("bShowDetail", test.detail);
+    filter_->Set("bChkForAdjust", test.adjust);
+    EXPECT_EQ(periodRows({"FArpAmount", "FGLAmount"}), test.rows);
+  }
 }
 
 TEST_F(AmountCheck, GivesForeignCurrenciesRowsOfTheirOwn) {
@@ -96,7 +127,7 @@ TEST_F(AmountCheck, ComparesInitialDataWithOpeningBalances) {
   EXPECT_THAT(periodRows(kBalances),
               ElementsAre("1122|C1|0 90 91 1", "1122|C2|0 0 0 0", "1122(小计)||101 90 91 1",
                           "2203|C1|0 0 0 0", "2203|C2|0 0 0 0", "2203(小计)||101 0 0 0"));
-  EXPECT_EQ(answer_->fieldCount(), 20u);
+  EXPECT_EQ(columnCount(), 20u);
   // Where the ledger starts in this period, only accounts kept by the item class count.
   run("update t_Account set FDetailID = 0 where FAccountID = 1122");
   EXPECT_THAT(periodRows(kBalances), testing::Contains("1122|C1|0 90 0 -90"));
@@ -108,7 +139,7 @@ TEST_F(AmountCheck, ClosingAddsAndSubtractsAccounts) {
   withReceivables();
   filter_->Set("bShowDetail", false);
   EXPECT_THAT(closingRows(kMovements), ElementsAre("|合计|0 70 70 50 57 35 35 85 92"));
-  EXPECT_EQ(answer_->fieldCount(), 37u) << "no currency name";
+  EXPECT_EQ(columnCount(), 37u) << "no currency name";
   filter_->Set("AcctLogic", "+,-");
   EXPECT_THAT(closingRows(kMovements), ElementsAre("|合计|0 70 70 50 57 35 25 85 92"))
       << "signs turn movements, not balances";
