@@ -77,6 +77,11 @@ TEST_F(AmountCheck, TakesAnAccountInTheCurrencyItIsKeptIn) {
       {0, false, true, {"1122|合计|0 10 0"}},
       {3, false, true, {"1122|合计|0 10 0", "1124|合计|0 8 9"}},
       {1, false, true, {"1122|合计|0 10 0"}},
+      {1,
+       true,
+       true,
+       {"1122|C1|0 0 0", "1122|C2|0 0 0", "1122(小计)||101 0 0", "2203|C1|0 0 0", "2203|C2|0 0 0",
+        "2203(小计)||101 0 0"}},
   };
   const auto open = held();
   for (const auto& test : cases) {
@@ -112,13 +117,25 @@ TEST_F(AmountCheck, TurnsPayablesToTheSenseOfTheirLedger) {
                           "|(期间小计)|106 100 100 60 60 20 20 140 140",
                           "|(年小计)|109 100 100 60 60 20 20 140 140",
                           "|(合计)|101 100 100 60 60 20 20 140 140"));
+  voucher(1, false, 2202, 21, 0, 8);
+  voucher(2, false, 2202, 21, 1, 3);
+  const std::vector<std::string> ledgers{"FGLBegAmount", "FGLDebitAmount", "FGLCreditAmount",
+                                         "FGLAmount"};
+  filter_->Set("bUnPost", true);
+  filter_->Set("bShowDetail", false);
+  filter_->Set("AcctLogic", "-");
+  EXPECT_THAT(periodRows(ledgers), ElementsAre("2202|合计|0 100 23 68 145"));
+  EXPECT_THAT(closingRows(ledgers), ElementsAre("|合计|0 100 -52 -17 145"));
+  filter_->Set("bInitCheck", true);
+  EXPECT_THAT(periodRows({"FGLAmount"}), ElementsAre("2202|合计|0 100"));
 }
 
 TEST_F(AmountCheck, ComparesInitialDataWithOpeningBalances) {
   run(R"(insert into t_rp_BegData (FInterID, FClassTypeID, FType, FRP, FDate, FComID, FAccountID) values
-           (1,1,3,1,'2008-12-31',11,1122), (2,1,15,1,'2008-12-31',11,1122), (3,1,3,1,'2008-12-31',12,0)
+           (1,1,3,1,'2008-12-31',11,1122), (2,1,15,1,'2008-12-31',11,1122), (3,1,3,1,'2008-12-31',12,0),
+           (5,1,5,1,'2008-12-31',11,1122), (6,1,6,1,'2008-12-31',11,1122), (7,1,16,1,'2008-12-31',11,1122)
          insert into t_rp_BegDataEntry (FInterID, FEntryID, FAmountFor, FAmount) values
-           (1,1,100,100), (1,2,20,20), (2,1,30,30), (3,1,7,7)
+           (1,1,100,100), (1,2,27,27), (2,1,30,30), (3,1,7,7), (5,1,1,1), (6,1,2,2), (7,1,4,4)
          insert into t_SystemProfile (FCategory, FKey, FValue) values
            ('GL','StartYear','2009'), ('GL','StartPeriod','3'))");
   ledger(1122, 11, 91, 5, 6);

@@ -76,6 +76,8 @@ TEST_F(Estimates, OfTheQuantityNotInvoiced) {
   receipt(8, 1, "2009-03-05", "-1", 6000);  // left out of estimates
   run("insert into ICHookRelations (FID, FIBTag, FTranType, FIBInterID, FYear, FPeriod) values "
       "(9,4,1,8,2009,3)");
+  receipt(9, 1, "2009-03-05", "60", 4000);  // its voucher is of the next period
+  voucher(60, true, 2204, 21, 0, 1, 4);
   // 60 + 20 before; 7 - 10 - 20 within.
   EXPECT_THAT(periodRows(kArp),
               IsSupersetOf({"2204|S1|0 80 0 -23 57", "2204(小计)||101 80 0 -23 57"}));
@@ -112,10 +114,17 @@ TEST_F(Estimates, AsTheVoucherRecordsTell) {
   match(3, 1, 5, 10, true, 3);
   receipt(6, 1, "2009-01-10", "-1", 40);  // recorded one period late
   record(7, 6, 4000, 4);
-  EXPECT_THAT(periodRows(kArp), testing::Contains("2204|S1|0 117 0 26 143"))
-      << "100+10+7 before; -10-7+3+40 within";
+  receipt(8, 1, "2009-01-10", "50", 2000);  // estimated and cleared in the period
+  record(10, 8, 4000, 3);
+  match(4, 1, 8, 10, true, 3);
+  plant("t_SystemProfile", "FCategory, FKey, FValue",
+        "('IC','startyear','2009'), ('IC','StartPeriod','1')");
+  receipt(7, 1, "2008-12-31", "null", 500);  // of before the inventory module, one period late
+  record(9, 7, 4000, 4);
+  EXPECT_THAT(periodRows(kArp), testing::Contains("2204|S1|0 117 0 526 643"))
+      << "100+10+7 before; -10-7+3+40+500 within";
   filter_->Set("bInitCheck", true);
-  EXPECT_THAT(periodRows({"FArpAmount"}), testing::Contains("2204|S1|0 143"));
+  EXPECT_THAT(periodRows({"FArpAmount"}), testing::Contains("2204|S1|0 643"));
 }
 
 /// A full match clears an estimate only if that is what was recorded last: by period, then
@@ -139,7 +148,10 @@ TEST_F(Estimates, AreClearedByTheirLastRecord) {
     for (const auto& [number, type, period] : records) record(number, id, type, period);
     amount *= 10;
   }
-  EXPECT_THAT(periodRows(kArp), testing::Contains("2204|S1|0 11 0 -101 -90"));
+  receipt(6, 1, "2009-01-10", "null", amount);  // without voucher there is nothing to clear
+  match(6, 1, 6, 10, true, 3);
+  record(12, 6, 4000, 1);
+  EXPECT_THAT(periodRows(kArp), testing::Contains("2204|S1|0 100011 0 -101 99910"));
 }
 
 TEST_F(Estimates, OfOutsourcedProcessing) {
@@ -153,8 +165,29 @@ TEST_F(Estimates, OfOutsourcedProcessing) {
   subcontract(1, "2009-02-10", 9);  // the records of receipt 1 are not its own
   subcontract(7, "2009-02-10", 50);
   match(1, 1002523, 7, 2, false, 2);
+  match(2, 1002523, 7, 3, false, 3);  // counts from the next period on
   subcontract(8, "2009-03-10", 4);
+  run("insert into ICHookRelations (FID, FIBTag, FTranType, FIBInterID, FYear, FPeriod) values "
+      "(9,4,1002523,2,2009,3)");  // not of receipt 2
   EXPECT_THAT(periodRows(kArp), testing::Contains("2204|S1|0 149 0 34 183"));
+}
+
+/// Matches of the period are not held to the range of numbers, but to what the user may see.
+TEST_F(Estimates, OfTheSuppliersAskedForAndSeen) {
+  voucherRule(false);
+  receipt(1, 1, "2009-02-10", "-1", 100);
+  receipt(2, 1, "2009-02-10", "-1", 10);
+  run("update ICStockBill set FSupplyID = 22 where FInterID = 2");
+  match(1, 1, 2, 10, true, 3);
+  EXPECT_THAT(periodRows(kArp), IsSupersetOf({"2204|S1|0 100 0 0 100", "2204|S2|0 10 0 -10 0"}));
+  filter_->Set("bShowDetail", false);
+  EXPECT_THAT(periodRows(kArp), ElementsAre("2204|合计|0 110 0 -10 100"));
+  filter_->Set("EItemNumber", "S1");
+  EXPECT_THAT(periodRows(kArp), ElementsAre("2204|合计|0 100 0 -10 90"));
+  filter_->Set("EItemNumber", "");
+  run(R"(insert into t_AccessSwitch (FUserID, FUsed) values (0,1)
+         insert into t_AccessRule (FUserID, FTableName, FKeyID) values (0,'t_Item',21))");
+  EXPECT_THAT(periodRows(kArp), ElementsAre("2204|合计|0 100 0 0 100"));
 }
 
 TEST_F(Estimates, StayOutWhereTheyDoNotBelong) {
@@ -314,6 +347,19 @@ class SettlementRecords : public ReconciledBooks {
         number + ",1,1,100,5," + value + ',' + value + "), (" + number + ",2,1,200,3," + value +
         ',' + value + ')');
   }
+  /// A settlement of the document with the same id: a record of a type with one entry.
+  void settle(int id, int recordType, int entryType, bool initial, const std::string& date,
+              int amount) {
+    const std::string number = text(id), value = text(amount);
+    plant("t_rp_NewCheckInfo",
+          "FInterID, FID, FContactID, FBillID, FType, FRP, FCheckType, FCheckDate, FCustomer",
+          '(' + number + ',' + number + ",1," + number + ',' + text(recordType) + ",1,1,'" + date +
+              "',11)");
+    plant("t_rp_CheckEntry",
+          "FID, FContactID, FEntryID, FBillID, FType, FIsInit, FCheckAmountFor, FCheckAmount",
+          '(' + number + ",1,1," + number + ',' + text(entryType) + ',' + (initial ? '1' : '0') +
+              ',' + value + ',' + value + ')');
+  }
   void plantDocuments() {
     run(R"(insert into t_rp_ARBillOfSH (FBillID, FIndex, FAccountID) values (100,1,2203)
            insert into ICSale (FInterID, FClassTypeID, FBillNo, FDate, FYear, FPeriod,
@@ -332,6 +378,51 @@ TEST_F(SettlementRecords, MoveAmountsBetweenAccounts) {
   EXPECT_EQ(filter_->Value("strCheckInfoSQL").toText(), "");
 }
 
+/// Each kind of settlement before the period and within it, with an amount of its own: the
+/// sums tell which of them went where.
+TEST_F(SettlementRecords, TellReceiptsFromBills) {
+  struct Kind {
+    int record, entry;
+  };
+  int id = 0, amount = 1;
+  const auto settleBoth = [&](const Kind& kind, bool initial) {
+    settle(++id, kind.record, kind.entry, initial, "2009-02-10", amount);
+    settle(++id, kind.record, kind.entry, initial, "2009-03-10", amount);
+    amount *= 2;
+  };
+  const Kind documents[] = {{1, 1},  {2, 2},  {3, 3}, {4, 4}, {11, 1}, {12, 2},
+                            {13, 3}, {14, 4}, {5, 5}, {6, 6}, {15, 3}, {16, 6}};
+  for (const Kind& kind : documents) settleBoth(kind, false);
+  settleBoth({1, 1}, true);
+  settleBoth({5, 5}, true);
+  // A document of every type with each id: those of the entry's type are on 1122.
+  for (int i = 1; i <= id; ++i) {
+    const std::string number = text(i);
+    const int entry = i > 24 ? 7 : documents[(i - 1) / 2].entry;
+    const auto account = [&](bool own) { return own ? "1122" : "1124"; };
+    plant("t_rp_ARPBill",
+          "FBillID, FAccountID, FClassTypeID, FNumber, FDate, FFincDate, FYear, FPeriod, FRP",
+          '(' + number + ',' + account(entry <= 2) + ",1,'X','2009-01-01','2009-01-01',2009,1,1)");
+    for (const std::string invoice : {"ICSale", "ICPurchase"})
+      plant(invoice,
+            "FInterID, FCussentAcctID, FClassTypeID, FBillNo, FDate, FYear, FPeriod, FFincDate",
+            '(' + number + ',' + account(entry == (invoice == "ICSale" ? 3 : 4)) +
+                ",1,'X','2009-01-01',2009,1,'2009-01-01')");
+    plant("t_rp_ARBillOfSH", "FBillID, FIndex, FAccountID",
+          '(' + number + ",1," + account(entry == 5 || entry == 6) + ')');
+    plant("t_rp_BegData", "FInterID, FClassTypeID, FType, FRP, FDate, FAccountID",
+          '(' + number + ",1,1,1,'2008-12-31',2203)");
+  }
+  filter_->Set("bShowDetail", false);
+  EXPECT_THAT(periodRows(kArp),
+              ElementsAre("1122|合计|0 3585 3840 255 7170", "2203|合计|0 4096 8192 4096 8192"));
+  run("update t_rp_NewCheckInfo set FRP = 0, FItemClassID = 8, FCustomer = 21");
+  payables();
+  filter_->Set("AcctList", "1122,2203");
+  EXPECT_THAT(periodRows(kArp),
+              ElementsAre("1122|合计|0 3585 255 3840 7170", "2203|合计|0 4096 4096 8192 8192"));
+}
+
 TEST_F(SettlementRecords, CountEachThoughTheyAreEqual) {
   plantDocuments();
   offset(1, "2009-01-20", 40);
@@ -346,9 +437,16 @@ TEST_F(SettlementRecords, AreThoseOfTheCallersSubSystem) {
   side_ = "AP";
   EXPECT_THAT(periodRows(kArp), testing::Contains("1122|C1|0 0 0 0 0"));
   side_ = "AR";
-  filter_->Set("BItemNumber", "C2");
   filter_->Set("bShowDetail", false);
-  EXPECT_THAT(periodRows(kArp), ElementsAre("1122|合计|0 0 0 0 0", "2203|合计|0 0 0 0 0"));
+  const auto nothing = ElementsAre("1122|合计|0 0 0 0 0", "2203|合计|0 0 0 0 0");
+  filter_->Set("BItemNumber", "C2");
+  EXPECT_THAT(periodRows(kArp), nothing);
+  filter_->Set("BItemNumber", "");
+  filter_->Set("EItemNumber", "C0");
+  EXPECT_THAT(periodRows(kArp), nothing);
+  filter_->Set("EItemNumber", "");
+  run("update t_rp_NewCheckInfo set FItemClassID = 8");
+  EXPECT_THAT(periodRows(kArp), nothing);
 }
 
 }  // namespace
