@@ -55,7 +55,43 @@ TEST_F(AmountCheck, ComparesAccountsAsAWhole) {
   EXPECT_THAT(periodRows(kBalances), ElementsAre("1122|合计|0 130 137 7", "2203|合计|0 -45 -45 0"));
   filter_->Set("CurrencyID", 3);
   ledger(1122, 0, 10, 0, 0, 3);
-  EXPECT_THAT(periodRows(kBalances), ElementsAre("1122|合计|0 10 10 0", "2203|合计|0 0 0 0"));
+  EXPECT_THAT(periodRows(kBalances), ElementsAre("1122|合计|0 10 10 0"));
+}
+
+TEST_F(AmountCheck, TakesAnAccountInTheCurrencyItIsKeptIn) {
+  withReceivables();
+  contact(1, 11, 1124, 8, 0, 0, 3);
+  ledger(1124, 0, 9, 0, 0, 3);
+  filter_->Set("AcctList", "1122,1124,2203");
+  const struct {
+    int currency;
+    bool detail, adjust;
+    std::vector<std::string> rows;
+  } cases[] = {
+      {1, false, false, {"1122|合计|0 120 0", "2203|合计|0 -45 0"}},
+      {3, false, false, {"1122|合计|0 10 0", "1124|合计|0 8 9"}},
+      {3,
+       true,
+       false,
+       {"1122|C1|0 0 0", "1122|C2|0 10 0", "1122(小计)||101 10 0", "1124|C1|0 8 0", "1124|C2|0 0 0",
+        "1124(小计)||101 8 0"}},
+      {0, false, true, {"1122|合计|0 10 0"}},
+      {3, false, true, {"1122|合计|0 10 0", "1124|合计|0 8 9"}},
+      {1, false, true, {"1122|合计|0 10 0"}},
+      {1,
+       true,
+       true,
+       {"1122|C1|0 0 0", "1122|C2|0 0 0", "1122(小计)||101 0 0", "2203|C1|0 0 0", "2203|C2|0 0 0",
+        "2203(小计)||101 0 0"}},
+  };
+  const auto open = held();
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.currency);
+    filter_->Set("CurrencyID", test.currency);
+    filter_->Set("bShowDetail", test.detail);
+    filter_->Set("bChkForAdjust", test.adjust);
+    EXPECT_EQ(periodRows({"FArpAmount", "FGLAmount"}), test.rows);
+  }
 }
 
 TEST_F(AmountCheck, GivesForeignCurrenciesRowsOfTheirOwn) {
@@ -82,13 +118,25 @@ TEST_F(AmountCheck, TurnsPayablesToTheSenseOfTheirLedger) {
                           "|(期间小计)|106 100 100 60 60 20 20 140 140",
                           "|(年小计)|109 100 100 60 60 20 20 140 140",
                           "|(合计)|101 100 100 60 60 20 20 140 140"));
+  voucher(1, false, 2202, 21, 0, 8);
+  voucher(2, false, 2202, 21, 1, 3);
+  const std::vector<std::string> ledgers{"FGLBegAmount", "FGLDebitAmount", "FGLCreditAmount",
+                                         "FGLAmount"};
+  filter_->Set("bUnPost", true);
+  filter_->Set("bShowDetail", false);
+  filter_->Set("AcctLogic", "-");
+  EXPECT_THAT(periodRows(ledgers), ElementsAre("2202|合计|0 100 23 68 145"));
+  EXPECT_THAT(closingRows(ledgers), ElementsAre("|合计|0 100 -52 -17 145"));
+  filter_->Set("bInitCheck", true);
+  EXPECT_THAT(periodRows({"FGLAmount"}), ElementsAre("2202|合计|0 100"));
 }
 
 TEST_F(AmountCheck, ComparesInitialDataWithOpeningBalances) {
   run(R"(insert into t_rp_BegData (FInterID, FClassTypeID, FType, FRP, FDate, FComID, FAccountID) values
-           (1,1,3,1,'2008-12-31',11,1122), (2,1,15,1,'2008-12-31',11,1122), (3,1,3,1,'2008-12-31',12,0)
+           (1,1,3,1,'2008-12-31',11,1122), (2,1,15,1,'2008-12-31',11,1122), (3,1,3,1,'2008-12-31',12,0),
+           (5,1,5,1,'2008-12-31',11,1122), (6,1,6,1,'2008-12-31',11,1122), (7,1,16,1,'2008-12-31',11,1122)
          insert into t_rp_BegDataEntry (FInterID, FEntryID, FAmountFor, FAmount) values
-           (1,1,100,100), (1,2,20,20), (2,1,30,30), (3,1,7,7)
+           (1,1,100,100), (1,2,27,27), (2,1,30,30), (3,1,7,7), (5,1,1,1), (6,1,2,2), (7,1,4,4)
          insert into t_SystemProfile (FCategory, FKey, FValue) values
            ('GL','StartYear','2009'), ('GL','StartPeriod','3'))");
   ledger(1122, 11, 91, 5, 6);

@@ -13,13 +13,16 @@
 namespace velmora {
 
 /// An account set with control accounts kept by customer (1122, 2203) and by supplier
-/// (2202, 2204), two of each, and an operation of the reconciliation called on it.
+/// (2202, 2204), two of each, and an operation of the reconciliation called on it. 2203 is
+/// kept in local currency alone, 1124 (customers, in no list) in currency 3 alone; the
+/// others in all currencies.
 class ReconciledBooks : public AccountSet {
  protected:
   ReconciledBooks() {
-    run(R"(insert into t_Account (FAccountID, FNumber, FName, FDC, FDetailID) values
-             (1001,'1001','现金',1,0), (1122,'1122','应收账款',1,1), (2203,'2203','预收账款',-1,1),
-             (2202,'2202','应付账款',-1,2), (2204,'2204','暂估应付账款',-1,2)
+    run(R"(insert into t_Account (FAccountID, FNumber, FName, FDC, FDetailID, FCurrencyID) values
+             (1001,'1001','现金',1,0,0), (1122,'1122','应收账款',1,1,0),
+             (1124,'1124','应收外汇账款',1,1,3), (2203,'2203','预收账款',-1,1,1),
+             (2202,'2202','应付账款',-1,2,0), (2204,'2204','暂估应付账款',-1,2,0)
            insert into t_ItemClass (FItemClassID, FNumber, FName) values (1,'1','客户'), (8,'8','供应商')
            insert into t_Item (FItemID, FItemClassID, FNumber, FName) values
              (11,1,'C1','甲'), (12,1,'C2','乙'), (21,8,'S1','丙'), (22,8,'S2','丁')
@@ -107,6 +110,7 @@ class ReconciledBooks : public AccountSet {
     return rows(&_clsInitBalCheck::GetClosingAmtCheck, std::move(columns));
   }
 
+  /// Columns of the last answer; 0 when there was none.
   static std::string text(int value) { return std::to_string(value); }
 
   com::ScopedClass class_{publicClasses()[0]};

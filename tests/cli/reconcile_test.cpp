@@ -48,6 +48,11 @@ TEST_F(Reconcile, ShowsBothLedgersSideBySide) {
                                  Not(HasSubstr("debit"))));
   EXPECT_EQ(run({"closing", "--year", "2009", "--period", "2", "--side", "ap"}).status, kOk);
   EXPECT_EQ(run({"closing", "--accounts=1122,-2203"}).status, kBlocked);
+  const auto nobody = run({"closing", "--accounts", "1122", "--item-class", "3002"});
+  EXPECT_EQ(nobody.status, kOk) << nobody.err;
+  EXPECT_THAT(nobody.out,
+              AllOf(testing::ContainsRegex("\\(合计\\) +balance +0\\.00 +0\\.00 +0\\.00"),
+                    HasSubstr(": 0 rows compared, ledger and receivables agree.")));
 }
 
 TEST_F(Reconcile, WritesAllColumnsForPrograms) {

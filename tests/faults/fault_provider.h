@@ -11,7 +11,8 @@
 namespace velmora {
 
 /// The embedded database as the provider "Faulty", in which one call of many fails.
-/// Opening a connection and running a batch each are a call.
+/// Opening a connection and running a batch each are a call. Sessions are pooled, as a
+/// driver manager does it: one that is closed is the next to be opened, with its tables.
 class FaultProvider {
  public:
   /// Becomes the provider "Faulty" until the next one does; has to outlive its use.
@@ -31,6 +32,8 @@ class FaultProvider {
   /// What was called since then: "open" or the batch.
   const std::vector<std::string>& calls() const noexcept { return calls_; }
   int open() const noexcept { return open_; }
+  /// The sessions that nobody has open.
+  const auto& pool() const noexcept { return pool_; }
 
   static constexpr const char* kReason = "the server went away";
 
@@ -39,10 +42,16 @@ class FaultProvider {
    public:
     Session(FaultProvider& provider, const ado::ConnectionString& settings) : provider_(provider) {
       provider_.call("open");
-      connection_ = ado::embedded::openConnection(settings);
+      if (provider_.pool_.empty())
+        provider_.pool_.push_back(ado::embedded::openConnection(settings));
+      connection_ = std::move(provider_.pool_.back());
+      provider_.pool_.pop_back();
       ++provider_.open_;
     }
-    ~Session() override { --provider_.open_; }
+    ~Session() override {
+      --provider_.open_;
+      provider_.pool_.push_back(std::move(connection_));
+    }
     std::vector<ado::StatementResult> execute(
         std::string_view batch, std::span<const ado::ParameterValue> parameters) override {
       provider_.call(std::string(batch));
@@ -62,6 +71,7 @@ class FaultProvider {
   std::size_t failing_ = 0;
   std::vector<std::string> calls_;
   int open_ = 0;
+  std::vector<std::unique_ptr<ado::ProviderConnection>> pool_;
 };
 
 }  // namespace velmora

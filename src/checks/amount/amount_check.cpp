@@ -2,7 +2,7 @@
 
 #include "checks/amount/amount_statements.h"
 #include "checks/amount/query_builders.h"
-#include "frame/call/drop_temp_table.h"
+#include "frame/call/scoped_work_tables.h"
 
 namespace velmora::amount {
 
@@ -58,15 +58,14 @@ class Run {
   Place& place_;
 };
 
-/// The rows of #AmtCheck as a recordset of its own; the work tables go.
+/// The rows of #AmtCheck as a recordset of its own.
 ado::RecordsetRef takeRows(const ado::ConnectionRef& connection, const std::string& order,
-                           std::initializer_list<const char*> workTables, Place& place) {
+                           Place& place) {
   place = "#AmtCheck";
   auto rows = com::make<ado::Recordset>();
   rows->CursorLocation(ado::adUseClient);
   rows->Open("select * from #AmtCheck " + order, connection, ado::adOpenStatic,
              ado::adLockReadOnly);
-  for (const char* table : workTables) DropTempTable(*connection, table);
   rows->ActiveConnection(nullptr);
   return rows;
 }
@@ -78,15 +77,16 @@ ado::RecordsetRef getInitAmtCheck(const CDataSource& dataSource, const std::stri
   completeFilter(dataSource, sDsn, dFilter);
   if (!dFilter.Lookup("bChkForAdjust")) dFilter.Set("bChkForAdjust", false);
   const ScopedConnection connection(dataSource.UnCommittedConnection());
+  const ScopedWorkTables tables(**connection, {"#AmtCheck", "#AmtDetail", "#tempCheckInfo"});
   place = "strCheckInfoSQL";
   GetCheckInfoSql(dataSource, **connection, dFilter);
   GetAmtCheckDataSql(&dataSource, dFilter);
   Run(dataSource, **connection, dFilter, place).all();
-  if (dFilter.Value("bShowDetail").toBool())
-    return takeRows(*connection,
-                    "\r\n order by fyear, fperiod,  FAcctNumber,fsumsort,FItemClassNumber",
-                    {"#AmtCheck", "#AmtDetail"}, place);
-  return takeRows(*connection, " order by fid", {"#AmtCheck"}, place);
+  const bool detail = dFilter.Value("bShowDetail").toBool();
+  return takeRows(*connection,
+                  detail ? "\r\n order by fyear, fperiod,  FAcctNumber,fsumsort,FItemClassNumber"
+                         : " order by fid",
+                  place);
 }
 
 ado::RecordsetRef getClosingAmtCheck(const CDataSource& dataSource, const std::string& sDsn,
@@ -94,8 +94,9 @@ ado::RecordsetRef getClosingAmtCheck(const CDataSource& dataSource, const std::s
   completeFilter(dataSource, sDsn, dFilter);
   GetClosingCheckDataSql(&dataSource, dFilter);
   const ScopedConnection connection(dataSource.UnCommittedConnection());
+  const ScopedWorkTables tables(**connection, {"#AmtCheck", "#AmtDetail", "#AmtAcct"});
   Run(dataSource, **connection, dFilter, place).all();
-  return takeRows(*connection, " order by fid", {"#AmtCheck", "#AmtDetail", "#AmtAcct"}, place);
+  return takeRows(*connection, " order by fid", place);
 }
 
 }  // namespace velmora::amount

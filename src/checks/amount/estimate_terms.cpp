@@ -10,11 +10,12 @@ using collections::Dictionary;
 
 namespace {
 
+/// A setting that is Null or missing is not the text "0".
 bool readVoucherRule(const CDataSource& dataSource) {
   const auto profile = com::CreateObject("tirnarSystem.SystemProfile");
-  return com::call(*profile, "GetSysProfile", dataSource.parser().PropsString(), "IC",
-                   "MakeZanGuVoucher", 0)
-             .toText() == "0";
+  const collections::Variant value = com::call(
+      *profile, "GetSysProfile", dataSource.parser().PropsString(), "IC", "MakeZanGuVoucher", 0);
+  return value.type() == collections::VarType::string && value.toText() == "0";
 }
 
 }  // namespace

@@ -130,6 +130,8 @@ std::string completeRows(const Dictionary& dFilter) {
 
 void GetAmtCheckDataSql(const CDataSource* dataSource, Dictionary& dFilter) {
   if (!dFilter.Lookup("bShowDetail")) dFilter.Set("bShowDetail", true);
+  // A closing check with the same dictionary left its mode, which has tables of its own.
+  dFilter.Remove("bClosingAmt");
   writeNumberRanges(dFilter);
   dFilter.Set("Chk_CreateTable", createTables(dataSource, dFilter));
   dFilter.Set("Chk_InitArpAmt", GetArpAmtSql(dataSource, dFilter));

@@ -43,9 +43,9 @@ std::string GetAdjustSourceSql(const CDataSource& dataSource,
 /// The documents of a kind, one row an entry.
 std::string GetStockBillSql(EstimateKind kind);
 
-/// Copies the settlement entries of the caller's side into #tempCheckInfo on `connection`
-/// and writes strCheckInfoSQL, the branch that adds them to the contact balances; empty
-/// when the settings say that advances need no voucher.
+/// Copies the settlement entries of the caller's side into #tempCheckInfo on `connection`,
+/// which holds no such table yet, and writes strCheckInfoSQL, the branch that adds them to the
+/// contact balances; empty when the settings say that advances need no voucher.
 void GetCheckInfoSql(const CDataSource& dataSource, ado::Connection& connection,
                      collections::Dictionary& dFilter);
 

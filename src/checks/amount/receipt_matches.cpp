@@ -26,12 +26,16 @@ std::string partialMatches(const std::string& condition, bool withPeriod,
   return table.text();
 }
 
-std::string fullMatches(const std::string& condition, const std::string& alias) {
+std::string fullMatches(const std::string& condition, const std::string& period,
+                        const std::string& alias) {
+  const std::string source = idSource("FTranType");
   SqlLines table;
-  table
-      .line("(select distinct FIBInterID,FEntryID," + idSource("FTranType") +
-            " FIDSource,FYear,FPeriod,FEquityHook from ICHookRelations")
-      .line("where FIBTag=1 and FEquityHook=1" + condition + ") " + alias);
+  table.line("(select FIBInterID,FEntryID,FIDSource,FYear,FPeriod,FEquityHook from (select")
+      .line("FIBInterID,FEntryID," + source + " FIDSource,FYear,FPeriod,FEquityHook,")
+      .line("row_number() over (partition by FIBInterID,FEntryID," + source +
+            " order by FYear,FPeriod) FPlace")
+      .line("from ICHookRelations where FIBTag=1 and FEquityHook=1" + condition + ") h")
+      .line("where FPlace=1" + period + ") " + alias);
   return table.text();
 }
 

@@ -18,7 +18,10 @@ std::string onEntry(const std::string& alias);
 /// the periods of the matches apart as FYear and FPeriod.
 std::string partialMatches(const std::string& condition, bool withPeriod, const std::string& alias);
 
-/// Entries matched in full, with FEquityHook 1 and the match's FYear and FPeriod.
-std::string fullMatches(const std::string& condition, const std::string& alias);
+/// Entries matched in full, once each, with FEquityHook 1 and the FYear and FPeriod of the
+/// first such match. `condition` limits the matches, `period` the entries by that period;
+/// both begin with " and " or are empty.
+std::string fullMatches(const std::string& condition, const std::string& period,
+                        const std::string& alias);
 
 }  // namespace velmora::amount

@@ -5,7 +5,6 @@
 #include "common/periods.h"
 #include "common/sql_lines.h"
 #include "common/system_profile.h"
-#include "frame/call/drop_temp_table.h"
 
 namespace velmora::amount {
 
@@ -160,7 +159,6 @@ void GetCheckInfoSql(const CDataSource& dataSource, ado::Connection& connection,
     dFilter.Set("strCheckInfoSQL", "");
     return;
   }
-  DropTempTable(connection, "#tempCheckInfo");
   connection.Execute(copiedEntries(arSubSystem));
   dFilter.Set("strCheckInfoSQL", Branch(dFilter, arSubSystem, GetMaxPeriod(dataSource)).text());
 }

@@ -3,7 +3,7 @@
 #include "checks/period/initial_data_batch.h"
 #include "checks/period/open_rows.h"
 #include "common/system_profile.h"
-#include "frame/call/drop_temp_table.h"
+#include "frame/call/scoped_work_tables.h"
 
 namespace velmora::period {
 
@@ -28,11 +28,10 @@ ado::RecordsetRef checkInitData(const CDataSource& dataSource,
   // Open before the setting is read, whose own connection then finds the account set open.
   const ScopedConnection connection(dataSource.UnCommittedConnection());
   const InitialDataOptions options = optionsFrom(dataSource, dFilter);
-  DropTempTable(**connection, kErrorInfo);
+  const ScopedWorkTables tables(**connection, {kErrorInfo});
   connection->Execute(initialDataBatch(options));
   auto findings = openRows(*connection, " select * from #ErrorInfo ");
   findings->ActiveConnection(nullptr);
-  DropTempTable(**connection, kErrorInfo);
   return findings;
 }
 

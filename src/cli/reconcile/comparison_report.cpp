@@ -34,8 +34,10 @@ const char* nameOf(Comparison comparison) {
   return kNames[static_cast<std::size_t>(comparison)];
 }
 
+/// Totals over no items are Null; they are shown as 0.
 Decimal amount(ado::Recordset& rows, const std::string& column) {
-  return rows.GetValue(rows.fieldIndex(column)).toDecimal();
+  const auto& value = rows.GetValue(rows.fieldIndex(column));
+  return value.isNull() ? Decimal() : value.toDecimal();
 }
 
 std::string columnOf(const char* side, const Measure& measure, bool foreign) {
