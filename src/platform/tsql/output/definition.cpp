@@ -301,6 +301,12 @@ IndexChange translateCreateIndex(Context& context, const CreateIndexStatement& s
   for (const IndexColumn& column : statement.columns) {
     columns.push_back(requireColumn(table, column.name, statement.table.position).name);
   }
+  const auto taken = [&](const UniqueIndex& index) { return sameName(index.name, statement.name); };
+  if (std::ranges::any_of(table.uniqueIndexes, taken)) {
+    raiseAt(statement.table.position, 1913,
+            "The operation failed because an index with name '" + statement.name +
+                "' already exists on table '" + table.name + "'.");
+  }
   if (!statement.unique) return {};
   IndexChange change{{}, table};
   change.table->uniqueIndexes.push_back({statement.name, std::move(columns)});
