@@ -7,6 +7,7 @@
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/engine/sql_text.h"
 #include "platform/tsql/output/change.h"
+#include "platform/tsql/output/column_default.h"
 #include "platform/tsql/output/definition.h"
 #include "platform/tsql/output/query_text.h"
 #include "platform/tsql/syntax/overloaded.h"
@@ -129,6 +130,11 @@ Translation translateValue(const Expression& value, const SqlType& type, const S
   names.aggregatesAllowed = false;
   const Bound bound = ExpressionBinder(context, names).bind(value);
   return cell(context, exactSql(castTo(context, bound, type, value.position)), type);
+}
+
+Translation translateDefault(const TableInfo& table, const ColumnInfo& column, const Scope& scope) {
+  Context context{scope, kQueryStages};
+  return cell(context, defaultSql(context, table, column), column.type);
 }
 
 }  // namespace velmora::tsql

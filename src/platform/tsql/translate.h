@@ -31,4 +31,8 @@ Translation translateCondition(const Expression& condition, const Scope& scope);
 /// The value of SET @v = ... as a query of one row and one cell, converted to `type`.
 Translation translateValue(const Expression& value, const SqlType& type, const Scope& scope);
 
+/// What a column of `table` takes when nothing is given for it, as a query of one row and one
+/// cell.
+Translation translateDefault(const TableInfo& table, const ColumnInfo& column, const Scope& scope);
+
 }  // namespace velmora::tsql

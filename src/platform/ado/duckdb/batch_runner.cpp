@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <type_traits>
 #include <variant>
 
+#include "platform/ado/duckdb/clock.h"
 #include "platform/ado/duckdb/engine_error.h"
 #include "platform/ado/duckdb/rows.h"
 #include "velmora/com/error.h"
@@ -13,19 +13,6 @@
 namespace velmora::ado::embedded {
 
 namespace {
-
-/// Local time of this machine, to datetime's thousandths of a second.
-collections::Date now() {
-  namespace chrono = std::chrono;
-  const auto time = chrono::system_clock::now();
-  const auto seconds = chrono::system_clock::to_time_t(time);
-  std::tm parts{};
-  ::localtime_r(&seconds, &parts);
-  const auto fraction = chrono::duration_cast<chrono::milliseconds>(time.time_since_epoch()) % 1000;
-  return collections::Date::fromParts({parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
-                                       parts.tm_hour, parts.tm_min, std::min(parts.tm_sec, 59),
-                                       static_cast<int>(fraction.count()) * 1000});
-}
 
 /// The same error with the place of the statement, unless it names one already.
 [[noreturn]] void throwAt(const com::Error& error, tsql::Position position) {

@@ -40,7 +40,7 @@ bool isUtf8(std::string_view text) {
 }  // namespace
 
 ColumnWriter::ColumnWriter(const std::string& table, const tsql::ColumnInfo& column)
-    : column_(column.name),
+    : column_(column.nameInEngine()),
       field_(tsql::fieldDefinition(table + "." + column.name, column.type, column.nullable)) {}
 
 void ColumnWriter::aim(duckdb_vector vector, duckdb_logical_type type) {

@@ -16,6 +16,7 @@ class ColumnWriter {
   /// `table` is for messages.
   ColumnWriter(const std::string& table, const tsql::ColumnInfo& column);
 
+  /// As the engine names it.
   const std::string& column() const noexcept { return column_; }
   /// Where the next rows go: a column of a chunk, of the engine's `type`.
   void aim(duckdb_vector vector, duckdb_logical_type type);

@@ -20,9 +20,9 @@ const tsql::IdentityColumn& numbering(const tsql::TableInfo& table) {
 std::int64_t firstFree(Session& session, const tsql::TableInfo& table) {
   const auto& [seed, increment] = numbering(table);
   const std::string furthest = increment > 0 ? "max" : "min";
-  auto result =
-      session.run("select cast(" + furthest + "(" + tsql::quoteName(identityColumn(table)->name) +
-                  ") as bigint) from " + table.engineName);
+  auto result = session.run("select cast(" + furthest + "(" +
+                            tsql::quoteName(identityColumn(table)->nameInEngine()) +
+                            ") as bigint) from " + table.engineName);
   const std::array types{tsql::SqlType::of(tsql::SqlKind::bigInt)};
   const auto cells = readCells(result, types);
   return cells.front().isNull() ? seed : cells.front().toInt64() + increment;

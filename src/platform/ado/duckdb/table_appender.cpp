@@ -1,10 +1,13 @@
 #include "platform/ado/duckdb/table_appender.h"
 
 #include <algorithm>
+#include <array>
 
+#include "platform/ado/duckdb/clock.h"
 #include "platform/ado/duckdb/engine_error.h"
 #include "platform/ado/duckdb/rows.h"
 #include "platform/tsql/engine/sql_text.h"
+#include "platform/tsql/translate.h"
 #include "velmora/collections/letter_case.h"
 #include "velmora/com/error.h"
 
@@ -62,19 +65,42 @@ void TableAppender::chooseColumns(std::span<const std::string> names) {
   for (const auto& name : names) {
     const auto* column = findColumn(table_, name);
     refuseUnless(column, "207: Invalid column name '" + name + "' of " + table_.name + ".");
-    const bool repeated =
-        std::ranges::find(columns_, column->name, &ColumnWriter::column) != columns_.end();
-    refuseUnless(!repeated, "264: The column name '" + name + "' is specified more than once.");
+    refuseUnless(!isChosen(*column),
+                 "264: The column name '" + name + "' is specified more than once.");
     columns_.emplace_back(table_.name, *column);
   }
   refuseUnless(!columns_.empty(), "A bulk insert into " + table_.name + " names no column.");
   named_ = columns_.size();
+  addIdentity();
+  addDefaults();
+}
+
+bool TableAppender::isChosen(const tsql::ColumnInfo& column) const {
+  return std::ranges::find(columns_, column.nameInEngine(), &ColumnWriter::column) !=
+         columns_.end();
+}
+
+void TableAppender::addIdentity() {
   const auto* identity = identityColumn(table_);
   if (!identity) return;
-  if (std::ranges::find(columns_, identity->name, &ColumnWriter::column) == columns_.end())
-    columns_.emplace_back(table_.name, *identity);
-  else
+  if (isChosen(*identity))
     givenIdentity_ = identity;
+  else
+    columns_.emplace_back(table_.name, *identity);
+}
+
+/// A default has one value for the whole bulk insert.
+void TableAppender::addDefaults() {
+  const tsql::Variables none;
+  const tsql::Scope scope{state_->catalog, none, {}, now()};
+  for (const auto& column : table_.columns) {
+    if (column.defaultText.empty() || isChosen(column)) continue;
+    const auto translation = tsql::translateDefault(table_, column, scope);
+    for (const auto& function : translation.functions) state_->functions.require(function);
+    auto result = state_->session.run(std::get<tsql::Rows>(translation.action).sql);
+    defaults_.push_back(readCells(result, std::array{column.type}).at(0));
+    columns_.emplace_back(table_.name, column);
+  }
 }
 
 void TableAppender::openAppender() {
@@ -119,8 +145,11 @@ void TableAppender::endRow() {
   if (next_ != named_)
     throwError("A row for " + table_.name + " has " + std::to_string(next_) + " of its " +
                std::to_string(named_) + " values.");
-  if (columns_.size() > named_)
-    columns_.back().write(rows_, Variant(state_->catalog.takeIdentity(table_)));
+  const auto firstDefault = columns_.size() - defaults_.size();
+  if (firstDefault > named_)
+    columns_[named_].write(rows_, Variant(state_->catalog.takeIdentity(table_)));
+  for (std::size_t i = 0; i < defaults_.size(); ++i)
+    columns_[firstDefault + i].write(rows_, defaults_[i]);
   next_ = 0;
   if (++rows_ == duckdb_vector_size()) flushChunk();
 }
@@ -148,7 +177,7 @@ void TableAppender::finish() {
 // never repeat; those given from outside may.
 void TableAppender::checkGivenNumbers() {
   state_->catalog.nextIdentity(table_);  // no other connection numbers rows meanwhile
-  const auto column = tsql::quoteName(givenIdentity_->name);
+  const auto column = tsql::quoteName(givenIdentity_->nameInEngine());
   const auto repeated =
       readTexts(state_->session,
                 "select cast(" + column + " as varchar) from " + table_.engineName + " group by " +

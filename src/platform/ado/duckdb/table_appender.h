@@ -39,6 +39,9 @@ class TableAppender final : public BulkInsert {
  private:
   const tsql::TableInfo& findTable(std::string_view name);
   void chooseColumns(std::span<const std::string> names);
+  void addIdentity();
+  void addDefaults();
+  bool isChosen(const tsql::ColumnInfo& column) const;
   void openAppender();
   void makeChunk();
   ColumnWriter& currentColumn();
@@ -49,7 +52,8 @@ class TableAppender final : public BulkInsert {
 
   std::shared_ptr<SessionState> state_;
   tsql::TableInfo table_;
-  std::vector<ColumnWriter> columns_;  // as named, the identity column behind them
+  std::vector<ColumnWriter> columns_;  // as named; behind them the identity column and defaults
+  std::vector<Variant> defaults_;      // of the last columns
   std::size_t named_ = 0;
   const tsql::ColumnInfo* givenIdentity_ = nullptr;  // an identity column among the named
   duckdb_appender appender_ = nullptr;

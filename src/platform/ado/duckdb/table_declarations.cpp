@@ -13,6 +13,7 @@
 #include "platform/tsql/engine/sql_text.h"
 #include "platform/tsql/syntax/parser.h"
 #include "platform/tsql/syntax/print.h"
+#include "velmora/com/error.h"
 
 namespace velmora::ado::embedded {
 
@@ -22,6 +23,7 @@ using tsql::SqlKind;
 using tsql::SqlType;
 
 constexpr std::string_view kMark = "T-SQL: ";
+constexpr std::string_view kDefault = " default ";
 
 /// Precision and scale of "DECIMAL(28,4)".
 std::optional<SqlType> decimalType(std::string_view engineType) {
@@ -74,11 +76,17 @@ std::string kept(const tsql::TableInfo& table, const tsql::ColumnInfo& column) {
     text += " identity(" + std::to_string(column.identity->seed) + "," +
             std::to_string(column.identity->increment) + ")";
   if (isKey(table, column)) text += " primary key";
+  if (!column.defaultText.empty()) text.append(kDefault).append(column.defaultText);
   return text;
 }
 
 /// Adds the column that a kept declaration tells.
 void addKept(tsql::TableInfo& table, tsql::ColumnInfo column, std::string_view declaration) {
+  // The default comes last and is read where it is used.
+  if (const auto place = declaration.find(kDefault); place != std::string_view::npos) {
+    column.defaultText = declaration.substr(place + kDefault.size());
+    declaration = declaration.substr(0, place);
+  }
   const auto batch = tsql::parse("create table t(c " + std::string(declaration) + ")");
   const auto& created = std::get<tsql::CreateTableStatement>(batch.statements.front().node);
   const auto& definition = created.columns.front();
@@ -90,10 +98,20 @@ void addKept(tsql::TableInfo& table, tsql::ColumnInfo column, std::string_view d
   table.columns.push_back(std::move(column));
 }
 
+/// One declaration that says nothing known must not close the whole file.
+bool tryAddKept(tsql::TableInfo& table, const tsql::ColumnInfo& column,
+                std::string_view declaration) {
+  try {
+    addKept(table, column, declaration);
+    return true;
+  } catch (const com::Error&) {
+    return false;
+  }
+}
+
 void addColumn(tsql::TableInfo& table, tsql::ColumnInfo column, std::string_view engineType,
                std::string_view comment) {
-  if (comment.starts_with(kMark))
-    return addKept(table, std::move(column), comment.substr(kMark.size()));
+  if (comment.starts_with(kMark) && tryAddKept(table, column, comment.substr(kMark.size()))) return;
   const auto type = nearestType(engineType);
   if (!type) return;
   column.type = *type;
@@ -102,17 +120,23 @@ void addColumn(tsql::TableInfo& table, tsql::ColumnInfo column, std::string_view
 
 using LoadedTables = std::map<std::string, std::shared_ptr<tsql::TableInfo>, tsql::IgnoreCase>;
 
+/// The session sees the engine's own tables only, since its views of the catalogue name one
+/// another without a schema: a table of the same name would stand in for them.
+void hideTables(Session& session) {
+  session.run("set search_path = 'system'");
+}
+
 void loadColumns(Session& session, LoadedTables& tables) {
-  enum { table, column, type, comment, nullable, fallback, view };
+  enum { table, column, type, comment, nullable, fallback, view, query };
   const auto rows = readTexts(session, R"(
-select table_name, column_name, data_type, coalesce(comment, ''), cast(is_nullable as varchar),
-       column_default,
-       case when table_name in (select view_name from duckdb_views() where not internal)
-            then 'true' else 'false' end
-  from duckdb_columns()
- where database_name = current_database() and schema_name = 'main' and not internal
+select table_name, column_name, data_type, coalesce(c.comment, ''),
+       cast(is_nullable as varchar), coalesce(column_default, ''),
+       cast(v.view_name is not null as varchar), coalesce(v.comment, '')
+  from duckdb_columns() c left join duckdb_views() v
+       on v.view_name = c.table_name and v.schema_name = 'main' and not v.internal
+ where c.schema_name = 'main' and not c.internal
  order by lower(table_name), column_index)",
-                              7);
+                              8);
   for (const auto& row : rows) {
     auto& info = tables[std::string(row[table].text())];
     if (!info) {
@@ -120,11 +144,14 @@ select table_name, column_name, data_type, coalesce(comment, ''), cast(is_nullab
       info->name = row[table].text();
       info->engineName = tsql::engineTableName(info->name);
       info->isView = row[view].text() == "true";
+      if (row[query].text().starts_with(kMark))
+        info->viewText = row[query].text().substr(kMark.size());
     }
     tsql::ColumnInfo loaded;
-    loaded.name = row[column].text();
+    loaded.engineName = row[column].text();
+    loaded.name = tsql::columnNameOf(loaded.engineName);
     loaded.nullable = row[nullable].text() == "true";
-    if (row[fallback].isString()) loaded.defaultSql = row[fallback].text();
+    loaded.engineDefault = row[fallback].text();
     addColumn(*info, std::move(loaded), row[type].text(), row[comment].text());
   }
 }
@@ -143,8 +170,7 @@ void loadUniqueIndexes(Session& session, LoadedTables& tables) {
   const auto rows = readTexts(session, R"(
 select table_name, index_name, comment
   from duckdb_indexes()
- where database_name = current_database() and schema_name = 'main' and is_unique
-   and starts_with(comment, 'T-SQL: ')
+ where schema_name = 'main' and is_unique and starts_with(comment, 'T-SQL: ')
  order by lower(table_name), index_oid)",
                               3);
   for (const auto& row : rows) {
@@ -176,16 +202,21 @@ std::vector<std::string> recordingSql(const tsql::TableInfo& table) {
   std::vector<std::string> statements;
   for (const auto& column : table.columns) {
     const bool told = nearestType(tsql::engineType(column.type)) == column.type;
-    if (told && !column.identity && !isKey(table, column)) continue;
+    if (told && !column.identity && !isKey(table, column) && column.defaultText.empty()) continue;
     statements.push_back("comment on column " + table.engineName + "." +
-                         tsql::quoteName(column.name) + " is " +
+                         tsql::quoteName(column.nameInEngine()) + " is " +
                          tsql::quoteText(std::string(kMark) + kept(table, column)));
+  }
+  if (!table.viewText.empty()) {
+    statements.push_back("comment on view " + table.engineName + " is " +
+                         tsql::quoteText(std::string(kMark) + table.viewText));
   }
   std::ranges::move(indexRecordingSql(table), std::back_inserter(statements));
   return statements;
 }
 
 TableMap loadTables(Session& session) {
+  hideTables(session);
   LoadedTables loaded;
   loadColumns(session, loaded);
   loadUniqueIndexes(session, loaded);

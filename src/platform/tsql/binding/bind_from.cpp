@@ -1,5 +1,7 @@
 #include "platform/tsql/binding/bind_from.h"
 
+#include <algorithm>
+
 #include "platform/tsql/binding/bind_expression.h"
 #include "platform/tsql/binding/bound_query.h"
 #include "platform/tsql/binding/errors.h"
@@ -9,9 +11,12 @@
 #include "platform/tsql/engine/sql_text.h"
 #include "platform/tsql/syntax/join_words.h"
 #include "platform/tsql/syntax/overloaded.h"
+#include "platform/tsql/syntax/parser.h"
 
 namespace velmora::tsql {
 namespace {
+
+constexpr int kMaxViewDepth = 32;
 
 /// Binds the items of one FROM clause.
 class FromBinder {
@@ -37,36 +42,48 @@ class FromBinder {
   }
 
   std::string bindNamed(const NamedTable& named, Position position) {
+    const std::string& alias = named.alias ? *named.alias : named.name.name;
+    const CommonTableInfo* common =
+        named.name.qualifiers.empty() ? scope_.findCommonTable(named.name.name) : nullptr;
+    const TableInfo* table = common == nullptr ? findTable(context_, named.name) : nullptr;
+    if (table != nullptr && !table->viewText.empty()) return bindView(*table, alias, position);
+    Source source = sourceNamed(alias);
+    std::string relation;
+    if (common != nullptr) {
+      source.columns = common->columns;
+      relation = common->engine;
+    } else if (table != nullptr) {
+      describe(*table, source);
+      relation = table->engineName;
+    } else {
+      relation = systemRelation(named.name, source);
+    }
+    return add(relation + " AS " + source.engine, std::move(source), position);
+  }
+
+  Source sourceNamed(const std::string& alias) const {
     Source source;
-    source.alias = named.alias.value_or(named.name.name);
-    source.engine = scope_.engineAlias(source.alias);
-    const std::string relation = relationSql(named.name, source);
-    std::string sql = relation + " AS " + source.engine;
+    source.alias = alias;
+    source.engine = scope_.engineAlias(alias);
+    return source;
+  }
+
+  std::string add(std::string sql, Source source, Position position) {
     addSource(scope_, std::move(source), position);
     result_.relations.push_back(sql);
     return sql;
   }
 
-  /// Fills the source's columns and gives what stands before its alias.
-  std::string relationSql(const QualifiedName& name, Source& source) {
-    if (name.qualifiers.empty()) {
-      if (const CommonTableInfo* common = scope_.findCommonTable(name.name)) {
-        source.columns = common->columns;
-        return common->engine;
-      }
-    }
-    const TableInfo* table = findTable(context_, name);
-    if (table == nullptr) return systemRelation(name, source);
-    ++context_.tableUses[table];
-    if (!table->isView) source.table = table;
-    if (!table->primaryKey.empty()) source.uniqueKeys.push_back(table->primaryKey);
-    for (const UniqueIndex& index : table->uniqueIndexes) {
+  void describe(const TableInfo& table, Source& source) {
+    ++context_.tableUses[&table];
+    if (!table.isView) source.table = &table;
+    if (!table.primaryKey.empty()) source.uniqueKeys.push_back(table.primaryKey);
+    for (const UniqueIndex& index : table.uniqueIndexes) {
       source.uniqueKeys.push_back(index.columns);
     }
-    for (const ColumnInfo& column : table->columns) {
-      source.columns.push_back({column.name, column.type, column.nullable});
+    for (const ColumnInfo& column : table.columns) {
+      source.columns.push_back({column.name, column.type, column.nullable, column.engineName});
     }
-    return table->engineName;
   }
 
   std::string systemRelation(const QualifiedName& name, Source& source) {
@@ -78,22 +95,76 @@ class FromBinder {
 
   std::string bindDerived(const DerivedTable& derived, Position position) {
     // A derived table does not see its neighbours, only what is around the whole query.
+    const BoundQuery query = bindInner(scope_.outer, *derived.query);
+    if (!derived.columns.empty() && derived.columns.size() != columnsOf(query).size()) {
+      raiseAt(position, 8158,
+              "'" + derived.alias + "' has a different number of columns than its column list.");
+    }
+    return addQuery(query, derived.alias, derived.columns, position);
+  }
+
+  BoundQuery bindInner(const QueryScope* outer, const Query& query) {
     const auto usesBefore = context_.tableUses;
-    const BoundQuery query = context_.queries.bind(context_, scope_.outer, *derived.query);
-    noteSettledUses(query, usesBefore);
-    Source source;
-    source.alias = derived.alias;
-    source.engine = scope_.engineAlias(source.alias);
-    source.columns = derivedColumns(query, derived, position);
-    std::string sql = "(" + context_.queries.text(context_, query, typesOf(query)) + ") AS " +
-                      source.engine + columnList(source);
+    BoundQuery bound = context_.queries.bind(context_, outer, query);
+    noteSettledUses(bound, usesBefore);
+    return bound;
+  }
+
+  /// Its text is bound anew at every use, so that it says what it says now and here.
+  std::string bindView(const TableInfo& view, const std::string& alias, Position position) {
+    if (context_.viewDepth == kMaxViewDepth) {
+      raiseAt(position, 217,
+              "View '" + view.name + "' is nested more than " + std::to_string(kMaxViewDepth) +
+                  " views deep.");
+    }
+    ++context_.viewDepth;
+    const BoundQuery query = bindViewQuery(view, position);
+    --context_.viewDepth;
+    std::vector<std::string> names;
+    for (const ColumnInfo& column : view.columns) names.push_back(column.name);
+    if (columnsOf(query).size() < names.size()) {
+      raiseAt(position, 4502,
+              "View '" + view.name + "' has more column names specified than columns defined.");
+    }
+    return addQuery(query, alias, names, position);
+  }
+
+  BoundQuery bindViewQuery(const TableInfo& view, Position position) {
+    try {
+      return bindInner(nullptr, *parseQuery(view.viewText));
+    } catch (const com::Error& error) {
+      raiseInView(view, error.description(), position);
+    }
+  }
+
+  /// The place in the view's text means nothing to its user; of views within views the
+  /// innermost one is named.
+  [[noreturn]] static void raiseInView(const TableInfo& view, const std::string& problem,
+                                       Position position) {
+    const std::string text = problem.substr(0, problem.rfind(" (line "));
+    for (const int number : {217, 4413}) {
+      const std::string own = std::to_string(number) + ": ";
+      if (text.starts_with(own)) raiseAt(position, number, text.substr(own.size()));
+    }
+    raiseAt(position, 4413,
+            "Could not use view '" + view.name + "' because of binding errors: " + text);
+  }
+
+  /// A query as a source; its columns may have other names, and fewer of them: what a table
+  /// has got since the view with `select *` was made is not shown.
+  std::string addQuery(const BoundQuery& query, const std::string& alias,
+                       const std::vector<std::string>& names, Position position) {
+    Source source = sourceNamed(alias);
+    source.columns = queryColumns(query, names, alias, position);
+    const bool ownNames = std::ranges::equal(source.columns, columnsOf(query), {},
+                                             &SourceColumn::name, &OutputColumn::name);
     if (const auto* select = std::get_if<BoundSelect>(&query.body.node);
-        select != nullptr && select->uniqueKey && derived.columns.empty()) {
+        select != nullptr && select->uniqueKey && ownNames) {
       source.uniqueKeys.push_back(*select->uniqueKey);
     }
-    addSource(scope_, std::move(source), position);
-    result_.relations.push_back(sql);
-    return sql;
+    std::string sql = "(" + context_.queries.text(context_, query, typesOf(query)) + ") AS " +
+                      source.engine + columnList(source);
+    return add(std::move(sql), std::move(source), position);
   }
 
   /// A grouped query has read its tables to the end before its first row comes.
@@ -106,17 +177,14 @@ class FromBinder {
     }
   }
 
-  static std::vector<SourceColumn> derivedColumns(const BoundQuery& query,
-                                                  const DerivedTable& derived, Position position) {
+  static std::vector<SourceColumn> queryColumns(const BoundQuery& query,
+                                                const std::vector<std::string>& names,
+                                                const std::string& alias, Position position) {
     const auto& outputs = columnsOf(query);
-    if (!derived.columns.empty() && derived.columns.size() != outputs.size()) {
-      raiseAt(position, 8158,
-              "'" + derived.alias + "' has a different number of columns than its column list.");
-    }
     std::vector<SourceColumn> columns;
-    for (std::size_t i = 0; i < outputs.size(); ++i) {
-      const std::string& name = derived.columns.empty() ? outputs[i].name : derived.columns[i];
-      checkColumnName(columns, name, i, derived.alias, position);
+    for (std::size_t i = 0; i < (names.empty() ? outputs.size() : names.size()); ++i) {
+      const std::string& name = names.empty() ? outputs[i].name : names[i];
+      checkColumnName(columns, name, i, alias, position);
       columns.push_back({name, outputs[i].type, outputs[i].nullable});
     }
     return columns;

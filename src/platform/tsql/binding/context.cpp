@@ -9,4 +9,9 @@ std::string Context::require(const DecimalFunction& function) {
   return function.name();
 }
 
+Scope definitionScope(const Scope& scope) {
+  static const Variables none;
+  return {scope.catalog, none, {}, scope.now, scope.readOnly, scope.rowCount};
+}
+
 }  // namespace velmora::tsql

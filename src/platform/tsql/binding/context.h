@@ -34,11 +34,14 @@ struct Context {
   std::map<const TableInfo*, int> tableUses;
   /// How many of these uses are over before the first row of the statement comes.
   std::map<const TableInfo*, int> settledUses;
-  /// A column default is evaluated at each insert, so getdate() is not a constant there.
-  bool inDefault = false;
+  /// How many views deep the query being bound stands.
+  int viewDepth = 0;
 
   /// The DuckDB name of the function, remembered as needed.
   std::string require(const DecimalFunction& function);
 };
+
+/// What a definition sees that outlives the batch: no variables and no parameters.
+Scope definitionScope(const Scope& scope);
 
 }  // namespace velmora::tsql

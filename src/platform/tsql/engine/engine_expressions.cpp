@@ -36,8 +36,4 @@ std::string finite(std::string_view value, bool real) {
   return filled(real ? "velmora_finite_real($1)" : "velmora_finite($1)", {value});
 }
 
-std::string now() {
-  return "current_localtimestamp()";
-}
-
 }  // namespace velmora::tsql::engine

@@ -16,7 +16,4 @@ std::string ratio(std::string_view a, std::string_view b);
 /// A float, or a real, that is not beyond the type's range: error 8115.
 std::string finite(std::string_view value, bool real);
 
-/// The time of day and the date when the statement runs.
-std::string now();
-
 }  // namespace velmora::tsql::engine

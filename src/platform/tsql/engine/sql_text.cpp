@@ -1,5 +1,7 @@
 #include "platform/tsql/engine/sql_text.h"
 
+#include "platform/tsql/syntax/text_scan.h"
+
 namespace velmora::tsql {
 namespace {
 
@@ -10,6 +12,15 @@ std::string quoted(std::string_view text, char quote) {
     result += c;
   }
   return result += quote;
+}
+
+bool isBracketed(std::string_view name) {
+  return name.starts_with('[') && name.ends_with(']') && name.size() > 1;
+}
+
+std::string_view withoutBrackets(std::string_view name) {
+  while (isBracketed(name)) name = name.substr(1, name.size() - 2);
+  return name;
 }
 
 }  // namespace
@@ -23,6 +34,19 @@ std::string quoteText(std::string_view text) {
 
 std::string engineTableName(std::string_view name) {
   return (name.starts_with('#') ? "temp." : "main.") + quoteName(name);
+}
+
+std::string engineColumnName(std::string_view name) {
+  return hidesRowNumbers(withoutBrackets(name)) ? "[" + std::string(name) + "]" : std::string(name);
+}
+
+std::string columnNameOf(std::string_view engineName) {
+  const bool moved = isBracketed(engineName) && hidesRowNumbers(withoutBrackets(engineName));
+  return std::string(moved ? engineName.substr(1, engineName.size() - 2) : engineName);
+}
+
+bool hidesRowNumbers(std::string_view engineName) {
+  return equalsIgnoringCase(engineName, "rowid");
 }
 
 std::string placeName(std::size_t index) {

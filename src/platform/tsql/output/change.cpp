@@ -49,13 +49,9 @@ const ColumnInfo& requireColumn(const TableInfo& table, std::string_view name, P
   raiseAt(position, 207, "Invalid column name '" + std::string(name) + "'.");
 }
 
-std::string defaultSql(const ColumnInfo& column) {
-  return column.defaultSql ? *column.defaultSql : castSql("NULL", column.type);
-}
-
 ChangeTarget bindTarget(Context& context, QueryScope& scope, const QualifiedName& target,
                         const std::vector<TableSourcePtr>& from) {
-  ChangeTarget result;
+  ChangeTarget result{target.position, nullptr, nullptr, {}};
   if (!from.empty()) result.from = bindFrom(context, scope, from);
   result.source = sourceOfTarget(scope, target, findTable(context, target));
   if (result.source == nullptr) {
@@ -71,6 +67,17 @@ ChangeTarget bindTarget(Context& context, QueryScope& scope, const QualifiedName
   }
   requireChangeable(context, *result.table, target.position);
   return result;
+}
+
+std::string rowNumberSql(const ChangeTarget& target) {
+  for (const ColumnInfo& column : target.table->columns) {
+    if (hidesRowNumbers(column.nameInEngine())) {
+      refuse(target.position,
+             "changing some rows of '" + target.table->name + "', whose column '" + column.name +
+                 "' stands for the engine's row numbers; copy it with SELECT INTO");
+    }
+  }
+  return target.source->engine + ".rowid";
 }
 
 Change translateTruncate(Context& context, const TruncateStatement& statement) {

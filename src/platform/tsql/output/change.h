@@ -19,17 +19,19 @@ void requireChangeable(Context& context, const TableInfo& table, Position positi
 /// The column of that name; raises 207.
 const ColumnInfo& requireColumn(const TableInfo& table, std::string_view name, Position position);
 
-/// What a column holds when nothing is given for it.
-std::string defaultSql(const ColumnInfo& column);
-
 /// The target of UPDATE or DELETE among the sources of its FROM clause, which it joins
 /// when it is not named there.
 struct ChangeTarget {
+  Position position;
   const TableInfo* table = nullptr;
   const Source* source = nullptr;
   BoundFrom from;
 };
 ChangeTarget bindTarget(Context& context, QueryScope& scope, const QualifiedName& target,
                         const std::vector<TableSourcePtr>& from);
+
+/// What tells the rows of the target apart. Refuses a table with a column that hides the
+/// engine's row numbers, which only other programs make.
+std::string rowNumberSql(const ChangeTarget& target);
 
 }  // namespace velmora::tsql

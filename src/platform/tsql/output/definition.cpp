@@ -10,18 +10,21 @@
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/names/find_table.h"
 #include "platform/tsql/binding/names/name_rules.h"
+#include "platform/tsql/binding/names/system_views.h"
 #include "platform/tsql/binding/types/typed_sql.h"
 #include "platform/tsql/engine/sql_text.h"
 #include "platform/tsql/output/action.h"
 #include "platform/tsql/output/change.h"
+#include "platform/tsql/output/column_default.h"
 #include "platform/tsql/output/query_text.h"
+#include "platform/tsql/syntax/print.h"
 
 namespace velmora::tsql {
 namespace {
 
 /// Raises when an object of that name exists or may not be made.
 TableInfo newTable(Context& context, const QualifiedName& name) {
-  if (findTable(context, name) != nullptr) {
+  if (findTable(context, name) != nullptr || isSystemView(name.name)) {
     raiseAt(name.position, 2714,
             "There is already an object named '" + name.name + "' in the database.");
   }
@@ -49,7 +52,7 @@ std::string uniqueIndexSql(const TableInfo& table, const UniqueIndex& index) {
   std::vector<std::string> keys;
   for (const std::string& column : index.columns) {
     const ColumnInfo& info = requireColumn(table, column, {});
-    keys.push_back("(" + keySql(computed(quoteName(info.name), info.type)) + ")");
+    keys.push_back("(" + keySql(computed(quoteName(info.nameInEngine()), info.type)) + ")");
   }
   return "CREATE UNIQUE INDEX " + indexName(table, index.name) + " ON " + table.engineName + " (" +
          join(keys, ", ") + ")";
@@ -65,13 +68,6 @@ bool hasText(const TableInfo& table, const std::vector<std::string>& columns) {
   return std::ranges::any_of(columns, [&](const std::string& column) {
     return requireColumn(table, column, {}).type.isText();
   });
-}
-
-std::string quotedList(const std::vector<std::string>& names) {
-  std::vector<std::string> quoted;
-  quoted.reserve(names.size());
-  for (const std::string& name : names) quoted.push_back(quoteName(name));
-  return join(quoted, ", ");
 }
 
 /// Binds one CREATE TABLE.
@@ -97,10 +93,14 @@ class TableBinder {
     checkNew(definition);
     ColumnInfo column;
     column.name = definition.name;
+    column.engineName = engineColumnName(definition.name);
     column.type = sqlType(definition.type);
     column.nullable = definition.nullable.value_or(!definition.primaryKey && !definition.identity);
     if (definition.identity) column.identity = identityOf(definition);
-    if (definition.defaultValue) column.defaultSql = defaultOf(definition, column.type);
+    if (definition.defaultValue) {
+      checkDefault(context_, table_, column, *definition.defaultValue);
+      column.defaultText = print(*definition.defaultValue);
+    }
     table_.columns.push_back(std::move(column));
     if (definition.primaryKey) makePrimary({definition.name}, definition.position);
     if (definition.unique) addUnique({definition.name});
@@ -122,16 +122,6 @@ class TableBinder {
       raiseAt(definition.position, 2749, "The increment of an identity column must not be 0.");
     }
     return {definition.identity->seed, definition.identity->increment};
-  }
-
-  std::string defaultOf(const ColumnDefinition& definition, const SqlType& type) {
-    QueryScope scope;
-    scope.aggregatesAllowed = false;
-    context_.inDefault = true;
-    const Bound value = ExpressionBinder(context_, scope).bind(*definition.defaultValue);
-    context_.inDefault = false;
-    return exactSql(assignTo(context_, value, type, table_.name + "." + definition.name,
-                             definition.defaultValue->position));
   }
 
   void addKey(const KeyConstraint& key) {
@@ -164,13 +154,20 @@ class TableBinder {
     if (hasText(table_, columns)) {
       addUnique(std::move(columns));
     } else {
-      declaredKey_ = quotedList(columns);
+      declaredKey_ = keyList(columns);
     }
   }
 
+  std::string keyList(const std::vector<std::string>& columns) const {
+    std::vector<std::string> names;
+    for (const std::string& column : columns) {
+      names.push_back(quoteName(requireColumn(table_, column, {}).nameInEngine()));
+    }
+    return join(names, ", ");
+  }
+
   static std::string columnSql(const ColumnInfo& column) {
-    std::string sql = quoteName(column.name) + " " + engineType(column.type);
-    if (column.defaultSql) sql += " DEFAULT " + *column.defaultSql;
+    std::string sql = quoteName(column.nameInEngine()) + " " + engineType(column.type);
     if (!column.nullable) sql += " NOT NULL";
     return sql;
   }
@@ -190,9 +187,11 @@ std::vector<ColumnInfo> newColumns(const BoundQuery& query, const std::vector<st
     raiseAt(position, 8158, "'" + object + "' has a different number of columns than its list.");
   }
   for (std::size_t i = 0; i < outputs.size(); ++i) {
-    ColumnInfo column{names.empty() ? outputs[i].name : names[i], outputs[i].type,
-                      outputs[i].nullable, std::nullopt, std::nullopt};
-    if (column.type.kind == SqlKind::untypedNull) column.type = SqlType::integer();
+    ColumnInfo column;
+    column.name = names.empty() ? outputs[i].name : names[i];
+    column.type = columnType(outputs[i].type);
+    column.nullable = outputs[i].nullable;
+    column.engineName = engineColumnName(column.name);
     if (column.name.empty()) {
       raiseAt(position, 1038,
               "An object or column name is missing: column " + std::to_string(i + 1) + " of '" +
@@ -211,15 +210,15 @@ std::vector<ColumnInfo> newColumns(const BoundQuery& query, const std::vector<st
 std::string quotedNames(const std::vector<ColumnInfo>& columns) {
   std::vector<std::string> names;
   names.reserve(columns.size());
-  for (const ColumnInfo& column : columns) names.push_back(column.name);
-  return quotedList(names);
+  for (const ColumnInfo& column : columns) names.push_back(quoteName(column.nameInEngine()));
+  return join(names, ", ");
 }
 
 std::string typedNames(const std::vector<ColumnInfo>& columns) {
   std::vector<std::string> names;
   names.reserve(columns.size());
   for (const ColumnInfo& column : columns) {
-    const std::string name = quoteName(column.name);
+    const std::string name = quoteName(column.nameInEngine());
     names.push_back(castSql("q." + name, column.type).append(" AS ").append(name));
   }
   return join(names, ", ");
@@ -249,19 +248,23 @@ CreateTable translateCreateView(Context& context, const CreateViewStatement& sta
   TableInfo view = newTable(context, statement.view);
   if (view.temporary) refuse(statement.view.position, "a temporary view");
   view.isView = true;
-  const BoundQuery query = bindQuery(context, nullptr, *statement.query);
-  if (!context.functions.empty()) {
-    refuse(statement.view.position, "a view that divides decimals");
-  }
-  for (const auto& [table, uses] : context.tableUses) {
+  // It outlives the batch and its variables.
+  const Scope scope = definitionScope(context.scope);
+  Context own(scope, context.queries);
+  const BoundQuery query = bindQuery(own, nullptr, *statement.query);
+  for (const auto& [table, uses] : own.tableUses) {
     if (table->temporary) {
       raiseAt(statement.view.position, 4508,
               "Views are not allowed on temporary tables, such as '" + table->name + "'.");
     }
   }
   view.columns = newColumns(query, statement.columns, view.name, statement.view.position);
-  const std::string sql = "CREATE VIEW " + view.engineName + " (" + quotedNames(view.columns) +
-                          ") AS " + queryText(context, query, typesOf(query));
+  view.viewText = print(*statement.query);
+  // The engine keeps comments for columns by the names that the query gives them.
+  const std::string sql = "CREATE VIEW " + view.engineName + " AS SELECT * FROM (" +
+                          queryText(own, query, typesOf(query)) + ") AS q(" +
+                          quotedNames(view.columns) + ")";
+  for (const DecimalFunction& function : own.functions) context.require(function);
   return {std::move(view), {sql}};
 }
 
@@ -297,6 +300,12 @@ IndexChange translateCreateIndex(Context& context, const CreateIndexStatement& s
   std::vector<std::string> columns;
   for (const IndexColumn& column : statement.columns) {
     columns.push_back(requireColumn(table, column.name, statement.table.position).name);
+  }
+  const auto taken = [&](const UniqueIndex& index) { return sameName(index.name, statement.name); };
+  if (std::ranges::any_of(table.uniqueIndexes, taken)) {
+    raiseAt(statement.table.position, 1913,
+            "The operation failed because an index with name '" + statement.name +
+                "' already exists on table '" + table.name + "'.");
   }
   if (!statement.unique) return {};
   IndexChange change{{}, table};

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <map>
 
 #include "platform/tsql/binding/bind_expression.h"
 #include "platform/tsql/binding/bind_query.h"
@@ -10,6 +11,7 @@
 #include "platform/tsql/engine/sql_text.h"
 #include "platform/tsql/output/action.h"
 #include "platform/tsql/output/change.h"
+#include "platform/tsql/output/column_default.h"
 #include "platform/tsql/output/query_text.h"
 
 namespace velmora::tsql {
@@ -68,7 +70,8 @@ class InsertBinder {
 
   std::string columnNames() const {
     std::vector<std::string> names;
-    for (const ColumnInfo& column : table_.columns) names.push_back(quoteName(column.name));
+    for (const ColumnInfo& column : table_.columns)
+      names.push_back(quoteName(column.nameInEngine()));
     return join(names, ", ");
   }
 
@@ -83,19 +86,26 @@ class InsertBinder {
   /// One row: `value(n)` for the n-th target column, `number` for the identity column,
   /// the default for all others.
   template <class Value>
-  std::string row(Value value, const std::string& number) const {
+  std::string row(Value value, const std::string& number) {
     std::vector<std::string> cells;
     for (const ColumnInfo& column : table_.columns) {
       const auto target = std::ranges::find(targets_, &column);
       if (column.identity) {
         cells.push_back(number);
       } else if (target == targets_.end()) {
-        cells.push_back(defaultSql(column));
+        cells.push_back(defaultOf(column));
       } else {
         cells.push_back(value(static_cast<std::size_t>(target - targets_.begin())));
       }
     }
     return join(cells, ", ");
+  }
+
+  /// Bound once for all rows.
+  const std::string& defaultOf(const ColumnInfo& column) {
+    std::string& sql = defaults_[&column];
+    if (sql.empty()) sql = defaultSql(context_, table_, column);
+    return sql;
   }
 
   std::string stored(const Bound& value, const ColumnInfo& column, Position position) {
@@ -122,7 +132,7 @@ class InsertBinder {
 
   std::string cell(ExpressionBinder& binder, const Expression& value, std::size_t index) {
     const ColumnInfo& column = *targets_[index];
-    if (std::holds_alternative<DefaultLiteral>(value.node)) return defaultSql(column);
+    if (std::holds_alternative<DefaultLiteral>(value.node)) return defaultOf(column);
     return stored(binder.bind(value), column, value.position);
   }
 
@@ -180,6 +190,7 @@ class InsertBinder {
   Position position_;
   const TableInfo& table_;
   std::vector<const ColumnInfo*> targets_;
+  std::map<const ColumnInfo*, std::string> defaults_;
 };
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "platform/tsql/engine/sql_text.h"
 #include "platform/tsql/output/action.h"
 #include "platform/tsql/output/change.h"
+#include "platform/tsql/output/column_default.h"
 
 namespace velmora::tsql {
 namespace {
@@ -43,7 +44,7 @@ class UpdateBinder {
     const bool isDefault = std::holds_alternative<DefaultLiteral>(assignment.value->node);
     const std::string label = target_.table->name + "." + column.name;
     values_.push_back(
-        {&column, isDefault ? defaultSql(column)
+        {&column, isDefault ? defaultSql(context_, *target_.table, column)
                             : exactSql(assignTo(context_, binder_.bind(*assignment.value),
                                                 column.type, label, assignment.value->position))});
   }
@@ -78,7 +79,7 @@ class UpdateBinder {
   std::string directSql() const {
     std::vector<std::string> sets;
     for (const NewValue& value : values_) {
-      sets.push_back(quoteName(value.column->name) + " = " + value.sql);
+      sets.push_back(quoteName(value.column->nameInEngine()) + " = " + value.sql);
     }
     const auto place = static_cast<std::size_t>(target_.source - scope_.sources.data());
     std::vector<std::string> others = target_.from.relations;
@@ -95,13 +96,13 @@ class UpdateBinder {
   /// The new values are found by row number first. Where a row may meet several rows of
   /// the other tables, the first in their natural order counts.
   std::string joinedSql() const {
-    const std::string rowId = target_.source->engine + ".rowid";
+    const std::string rowId = rowNumberSql(target_);
     std::vector<std::string> sets;
     std::string rows = rowId + " AS rid";
     for (std::size_t i = 0; i < values_.size(); ++i) {
       const std::string place = placeName(i);
       rows += ", " + values_[i].sql + " AS " + place;
-      sets.push_back(quoteName(values_[i].column->name) + " = s." + place);
+      sets.push_back(quoteName(values_[i].column->nameInEngine()) + " = s." + place);
     }
     rows += " FROM " + target_.from.sql + whereSql();
     const std::string select = once_ ? "SELECT " + rows
@@ -152,7 +153,7 @@ Change translateDelete(Context& context, const DeleteStatement& statement) {
     return {"DELETE FROM " + target.table->engineName, "", ""};
   }
   return {"DELETE FROM " + target.table->engineName + " WHERE rowid IN (SELECT " +
-              target.source->engine + ".rowid FROM " + target.from.sql + where + ")",
+              rowNumberSql(target) + " FROM " + target.from.sql + where + ")",
           "", ""};
 }
 

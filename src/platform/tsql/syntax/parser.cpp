@@ -4,6 +4,13 @@
 #include "platform/tsql/syntax/syntax_error.h"
 
 namespace velmora::tsql {
+namespace {
+
+void expectEnd(Cursor& cursor) {
+  if (!cursor.atEnd()) cursor.unexpected("the end of the text");
+}
+
+}  // namespace
 
 Batch parse(std::string_view text) {
   if (text.size() > kMaxBatchSize) {
@@ -15,6 +22,20 @@ Batch parse(std::string_view text) {
   batch.statements = parseStatements(cursor, {});
   batch.parameterCount = cursor.parameterCount();
   return batch;
+}
+
+ExpressionPtr parseValue(std::string_view text) {
+  Cursor cursor(text);
+  ExpressionPtr value = parseValue(cursor);
+  expectEnd(cursor);
+  return value;
+}
+
+QueryPtr parseQuery(std::string_view text) {
+  Cursor cursor(text);
+  QueryPtr query = parseQuery(cursor);
+  expectEnd(cursor);
+  return query;
 }
 
 }  // namespace velmora::tsql

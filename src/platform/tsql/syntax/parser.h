@@ -12,4 +12,8 @@ namespace velmora::tsql {
 /// Raises SyntaxError for a construct that is unknown, refused, or beyond the limits of limits.h.
 Batch parse(std::string_view text);
 
+/// A value and a query alone, such as a kept default and the text of a view.
+ExpressionPtr parseValue(std::string_view text);
+QueryPtr parseQuery(std::string_view text);
+
 }  // namespace velmora::tsql

@@ -126,10 +126,9 @@ Bound endOfMonth(const Call& call) {
 
 /// One value for the whole statement.
 Bound getDate(const Call& call) {
-  const Context& context = call.binder().context();
+  const Scope& scope = call.binder().context().scope;
   const SqlType type = SqlType::dateTime();
-  if (context.inDefault) return computed(engine::now(), type);
-  return constantOf(values::heldAs(context.scope.now, dateKind(type)), type);
+  return constantOf(values::heldAs(scope.now, dateKind(type)), type);
 }
 
 Bound isDate(const Call& call) {

@@ -21,8 +21,15 @@ struct ColumnInfo {
   SqlType type;
   bool nullable = true;
   std::optional<IdentityColumn> identity;
-  /// The default as a DuckDB expression of the column's type; absent: NULL.
-  std::optional<std::string> defaultSql;
+  /// The default as a T-SQL expression, bound anew by every statement that needs it; empty:
+  /// none.
+  std::string defaultText;
+  /// The default of a table made elsewhere, as a DuckDB expression; empty: none.
+  std::string engineDefault;
+  /// How the engine's table names it, see engineColumnName; empty: as `name`.
+  std::string engineName;
+
+  const std::string& nameInEngine() const { return engineName.empty() ? name : engineName; }
 };
 
 /// A unique index or constraint: no two rows have the same values in its columns, texts
@@ -42,6 +49,9 @@ struct TableInfo {
   std::vector<std::string> primaryKey;  ///< column names; empty: none
   std::vector<UniqueIndex> uniqueIndexes;
   bool isView = false;  ///< cannot be changed
+  /// The query of a view as T-SQL, bound anew by every statement that reads it; empty for a
+  /// view made elsewhere, which is the engine's.
+  std::string viewText;
 };
 
 /// The tables that statements of one connection may name. The pointers handed out

@@ -2,21 +2,17 @@
 
 #include <algorithm>
 
+#include "velmora/collections/letter_case.h"
+
 namespace velmora::tsql {
-namespace {
-
-char lowerLetter(char c) noexcept {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
-
-}  // namespace
 
 bool sameName(std::string_view a, std::string_view b) noexcept {
-  return std::ranges::equal(a, b, {}, lowerLetter, lowerLetter);
+  return collections::equalsIgnoringCase(a, b);
 }
 
 bool IgnoreCase::operator()(std::string_view a, std::string_view b) const noexcept {
-  return std::ranges::lexicographical_compare(a, b, {}, lowerLetter, lowerLetter);
+  const auto lower = [](char c) { return collections::lowerCased(c); };
+  return std::ranges::lexicographical_compare(a, b, {}, lower, lower);
 }
 
 }  // namespace velmora::tsql

@@ -52,7 +52,7 @@ ColumnMatch resolveIn(const QueryScope& scope, const QualifiedName& name) {
 }  // namespace
 
 std::string Source::columnSql(const SourceColumn& column) const {
-  return engine + "." + quoteName(column.name);
+  return engine + "." + quoteName(column.engineName.empty() ? column.name : column.engineName);
 }
 
 const CommonTableInfo* QueryScope::findCommonTable(std::string_view name) const {

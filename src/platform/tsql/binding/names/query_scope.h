@@ -18,6 +18,7 @@ struct SourceColumn {
   std::string name;  ///< as declared
   SqlType type;
   bool nullable = true;
+  std::string engineName = {};  ///< where it is not `name`
 };
 
 /// A table, view or derived table of a FROM clause.

@@ -1,5 +1,7 @@
 #include "platform/tsql/binding/names/system_views.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "platform/tsql/binding/names/name_rules.h"
@@ -63,11 +65,25 @@ SystemView columns(Catalog& catalog) {
                 rows);
 }
 
+struct NamedView {
+  std::string_view name;
+  SystemView (*make)(Catalog& catalog);
+};
+
+constexpr auto kViews =
+    std::to_array<NamedView>({{"sysobjects", objects}, {"syscolumns", columns}});
+
 }  // namespace
 
+bool isSystemView(std::string_view name) {
+  return std::ranges::any_of(kViews,
+                             [&](const NamedView& view) { return sameName(view.name, name); });
+}
+
 std::optional<SystemView> systemView(std::string_view name, Catalog& catalog) {
-  if (sameName(name, "sysobjects")) return objects(catalog);
-  if (sameName(name, "syscolumns")) return columns(catalog);
+  for (const NamedView& view : kViews) {
+    if (sameName(view.name, name)) return view.make(catalog);
+  }
   return std::nullopt;
 }
 

@@ -16,6 +16,9 @@ struct SystemView {
   std::vector<SourceColumn> columns;
 };
 
+/// Whether there is a system view of that name.
+bool isSystemView(std::string_view name);
+
 /// sysobjects or syscolumns over the user's tables; nullopt for any other name.
 std::optional<SystemView> systemView(std::string_view name, Catalog& catalog);
 

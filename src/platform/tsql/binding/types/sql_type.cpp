@@ -141,6 +141,13 @@ SqlType sqlType(const DataType& written, std::int64_t lengthOmitted) {
   refuse(written.position, "the type time");
 }
 
+SqlType columnType(const SqlType& type) {
+  if (type.kind == SqlKind::untypedNull) return SqlType::integer();
+  if (!type.isText() || type.length <= (type.isNational() ? kMaxBytes / 2 : kMaxBytes)) return type;
+  return type.isNational() ? SqlType::nvarchar(SqlType::kMaxLength)
+                           : SqlType::varchar(SqlType::kMaxLength);
+}
+
 std::string declaration(const SqlType& type) {
   std::string text(traits(type.kind).name);
   if (type.kind == SqlKind::decimal) {

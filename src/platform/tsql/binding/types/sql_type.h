@@ -77,6 +77,10 @@ struct SqlType {
 /// for types without a counterpart here (time).
 SqlType sqlType(const DataType& written, std::int64_t lengthOmitted = 1);
 
+/// The type as a column has it: NULL alone is an int, a text longer than its type can declare
+/// is varchar(max) or nvarchar(max).
+SqlType columnType(const SqlType& type);
+
 /// The declaration, for instance "decimal(28,4)" or "nvarchar(max)".
 std::string declaration(const SqlType& type);
 
