@@ -37,8 +37,9 @@ class Connection final : public com::Object<com::IUnknown> {
   CursorLocationEnum CursorLocation() const noexcept { return cursorLocation_; }
   void CursorLocation(CursorLocationEnum location) { cursorLocation_ = location; }
   /// Seconds that a batch may run; 0 waits without limit. Execute raises kAdoTimeout when they
-  /// are over; the connection stays usable, and a transaction that the batch was in is rolled
-  /// back. kAdoInvalidArgument for a negative number.
+  /// are over. The connection stays usable; the embedded database has then rolled back the
+  /// transaction that the batch was in, a server leaves that to the client.
+  /// kAdoInvalidArgument for a negative number.
   int CommandTimeout() const noexcept { return commandTimeout_; }
   void CommandTimeout(int seconds);
 
@@ -52,9 +53,9 @@ class Connection final : public com::Object<com::IUnknown> {
                        std::int64_t* recordsAffected = nullptr);
 
   /// Ends the batch that another thread runs on this connection: its Execute raises
-  /// kAdoOperationCancelled, the connection stays usable, and a transaction that the batch was
-  /// in is rolled back. Returns without waiting for that. Nothing happens when no batch is
-  /// running, or on a closed connection. Any thread may call it while it holds a reference.
+  /// kAdoOperationCancelled, all else is as at the end of CommandTimeout. Returns without waiting
+  /// for that. Nothing happens when no batch is running, or on a closed connection. Any thread
+  /// may call it while it holds a reference.
   void Cancel() noexcept;
 
   /// The provider's connection; raises kAdoObjectClosed.

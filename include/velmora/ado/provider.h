@@ -48,8 +48,7 @@ class ProviderConnection {
                                                std::span<const ParameterValue> parameters) = 0;
 
   /// Seconds a batch may run from now on, 0 without limit; execute raises kAdoTimeout when they
-  /// are over, having rolled back the transaction that the batch was in. A provider that cannot
-  /// stop a batch ignores it. Called before every execute.
+  /// are over. A provider that cannot stop a batch ignores it. Called before every execute.
   virtual void setCommandTimeout(int /*seconds*/) {}
 
   /// Ends the batch or bulk load that another thread runs on this connection: execute (or the
