@@ -92,13 +92,12 @@ TEST_F(InterruptionTest, TheTimeLimitIsToldWithWhatWasRunning) {
   EXPECT_EQ(call.err, limit);
   EXPECT_THAT(call.out, HasSubstr("The operation was cancelled"));
   const auto made = folder_.file("made.db");
-  const auto demo = runVelmora({"demo", "create", made, "--documents", "5000000", "--timeout", "1"},
-                               "", environment());
-  EXPECT_EQ(demo.status, kFailed);
+  const auto filled = runVelmora(
+      {"demo", "create", made, "--documents", "5000000", "--timeout", "1"}, "", environment());
+  EXPECT_EQ(filled.status, kFailed);
   EXPECT_FALSE(std::filesystem::exists(made + ".unfinished"));
   EXPECT_TRUE(isEmpty(temporary()));
-  EXPECT_EQ(runVelmora({"fin-date", "--db", InterruptionTest::demo(), "--timeout", "0"}).status,
-            kOk);
+  EXPECT_EQ(runVelmora({"fin-date", "--db", demo(), "--timeout", "0"}).status, kOk);
 }
 
 }  // namespace
