@@ -5,7 +5,8 @@
 namespace velmora::cli {
 
 /// A file in the making: written under another name beside its own, which it takes
-/// only when it is complete. What is not completed is removed.
+/// only when it is complete. What is not completed is removed, also when the program ends by
+/// std::quick_exit. One at a time.
 class NewFile {
  public:
   /// Raises Failure when `file` exists and `replace` is false, or is no plain file.
@@ -20,8 +21,6 @@ class NewFile {
   void complete();
 
  private:
-  void removeUnfinished() noexcept;
-
   std::string file_, unfinished_;
 };
 

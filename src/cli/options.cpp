@@ -1,6 +1,7 @@
 #include "cli/options.h"
 
 #include <array>
+#include <charconv>
 
 #include "velmora/collections/letter_case.h"
 
@@ -33,6 +34,19 @@ void addChoice(CLI::App& command, const std::string& name, Value& target,
 
 }  // namespace
 
+void addTimeoutOption(CLI::App& command) {
+  command.add_option("--timeout")
+      ->description("Seconds after which the command is stopped, exit status 3; 0 for no limit (0)")
+      ->option_text("SECONDS")
+      ->check([](const std::string& text) {
+        int seconds = 0;
+        const char* end = text.data() + text.size();
+        const auto [rest, error] = std::from_chars(text.data(), end, seconds);
+        const bool whole = error == std::errc() && rest == end && seconds >= 0;
+        return whole ? "" : "\"" + text + "\" is no whole number of seconds from 0";
+      });
+}
+
 void addConnectionOptions(CLI::App& command, AccountSetOptions& options) {
   auto* db = command.add_option("--db", options.db, "An embedded account set, opened read-only")
                  ->option_text("FILE");
@@ -47,6 +61,7 @@ void addConnectionOptions(CLI::App& command, AccountSetOptions& options) {
                    ->option_text("FILE");
   db->excludes(dsn)->excludes(file);
   dsn->excludes(file);
+  addTimeoutOption(command);
 }
 
 void addSideOption(CLI::App& command, AccountSetOptions& options) {

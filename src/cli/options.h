@@ -7,7 +7,9 @@
 
 namespace velmora::cli {
 
-/// --db, --dsn and --dsn-file, which exclude one another.
+/// --timeout SECONDS, which the program itself heeds; for a command that reaches a database.
+void addTimeoutOption(CLI::App& command);
+/// --db, --dsn and --dsn-file, which exclude one another, and --timeout.
 void addConnectionOptions(CLI::App& command, AccountSetOptions& options);
 /// --side ar|ap.
 void addSideOption(CLI::App& command, AccountSetOptions& options);

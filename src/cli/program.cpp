@@ -6,8 +6,11 @@
 
 #include "cli/commands/commands.h"
 #include "cli/failure.h"
+#include "cli/interruption.h"
+#include "cli/output/counted.h"
 #include "cli/output/display_width.h"
 #include "cli/secrets.h"
+#include "velmora/com/cancellation.h"
 #include "velmora/com/error.h"
 
 namespace velmora::cli {
@@ -33,7 +36,19 @@ constexpr const char* kExamples =
     "  velmora sql --db demo.db \"select FNumber, FName from t_Account\"\n"
     "\n"
     "Exit status: 0 ran and nothing blocks, 1 ran and something blocks, 2 the command\n"
-    "line is wrong, 3 it could not run.";
+    "line is wrong, 3 it could not run (or not within --timeout), 130 Ctrl-C, 143 SIGTERM.";
+
+const CLI::App& reachedCommand(const CLI::App& program) {
+  const CLI::App* command = &program;
+  while (!command->get_subcommands().empty()) command = command->get_subcommands().front();
+  return *command;
+}
+
+/// Seconds that the command may take, 0 without limit.
+int timeLimit(const CLI::App& program) {
+  const auto* option = reachedCommand(program).get_option_no_throw("--timeout");
+  return option == nullptr || option->empty() ? 0 : option->as<int>();
+}
 
 /// "velmora demo create", of the command that the arguments reached.
 std::string chosenCommand(const CLI::App& program) {
@@ -72,26 +87,56 @@ void parse(CLI::App& program, std::vector<std::string> arguments) {
   program.parse(std::move(arguments));
 }
 
+std::string overdueText(int seconds) {
+  return fmt::format("stopped after {}, the limit that --timeout sets", counted(seconds, "second"));
+}
+
+/// Of the exception being handled.
+std::string failureText() {
+  try {
+    throw;
+  } catch (const com::Error& error) {
+    // What a driver says of a lost connection may hold empty lines.
+    const bool lost = error.number() == com::error::kProviderConnect;
+    const std::string text = lost ? singleLine(error.description()) : error.description();
+    return fmt::format("{} ({}, error {})", text, error.source(), error.number());
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+}
+
+/// Runs the command until it ends, at the latest when a signal or its time limit says so.
+int run(const Run& chosen, Streams& streams, int seconds) {
+  Interruption interruption(seconds, [&] { tellFailure(streams, overdueText(seconds)); });
+  const com::CancellationScope scope(interruption.token());
+  int status = kFailed;
+  std::string failure;
+  try {
+    status = chosen(streams);
+    if (!streams.out.flush()) throw Failure("cannot write the result");
+  } catch (const UsageError&) {
+    throw;
+  } catch (const std::exception&) {
+    failure = failureText();
+  }
+  if (const auto signalled = interruption.signalStatus()) return *signalled;
+  if (interruption.timedOut())
+    failure = overdueText(seconds) + (failure.empty() ? "" : "\n  at work: " + failure);
+  return failure.empty() ? status : tellFailure(streams, failure);
+}
+
 int parseAndRun(CLI::App& program, const Run& chosen, std::vector<std::string> arguments,
                 Streams& streams) {
   try {
     parse(program, std::move(arguments));
-    const int status = chosen(streams);
-    if (!streams.out.flush()) throw Failure("cannot write the result");
-    return status;
+    return run(chosen, streams, timeLimit(program));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return program.exit(error, streams.out, streams.err);
     return tellUsage(program, streams, error.what());
   } catch (const UsageError& error) {
     return tellUsage(program, streams, error.what());
-  } catch (const com::Error& error) {
-    // What a driver says of a lost connection may hold empty lines.
-    const bool lost = error.number() == com::error::kProviderConnect;
-    const std::string text = lost ? singleLine(error.description()) : error.description();
-    return tellFailure(streams,
-                       fmt::format("{} ({}, error {})", text, error.source(), error.number()));
-  } catch (const std::exception& error) {
-    return tellFailure(streams, error.what());
+  } catch (const std::exception&) {
+    return tellFailure(streams, failureText());
   }
 }
 

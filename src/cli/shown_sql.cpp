@@ -30,6 +30,7 @@ class ShownConnection final : public ado::ProviderConnection {
   void setCommandTimeout(int seconds) override {
     connection_->provider().setCommandTimeout(seconds);
   }
+  void cancel() noexcept override { connection_->Cancel(); }
 
  private:
   ado::ConnectionRef connection_ = com::make<ado::Connection>();

@@ -2,6 +2,7 @@
 
 #include "settlement/base_currency.h"
 #include "settlement/rounding.h"
+#include "velmora/com/cancellation.h"
 #include "velmora/com/error.h"
 
 namespace velmora::settlement {
@@ -23,6 +24,7 @@ class Allocation {
 
   void run() {
     for (; !second_.EOF_() && first_.RecordCount() > 0; second_.MoveNext()) {
+      com::ThrowIfCancelled();
       first_.MoveFirst();
       outer_.read();
       settleOuter();

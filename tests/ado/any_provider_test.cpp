@@ -1,9 +1,13 @@
+#include <chrono>
 #include <cstdlib>
 #include <memory>
+#include <stop_token>
+#include <thread>
 
 #include "ado/expect_error.h"
 #include "sqlite_database.h"
 #include "velmora/ado/command.h"
+#include "velmora/com/cancellation.h"
 
 // What a connection does whatever is behind it: the embedded database, a database behind an
 // ODBC driver, and the server that VELMORA_TEST_DSN (an ADO connection string) names. Only
@@ -133,6 +137,39 @@ TEST_P(AnyProvider, SurvivesAFailedBatch) {
               [&] { connection->Execute("insert into [#work] (FName) values ('no FID')"); });
   insert(1, "after");
   EXPECT_EQ(connection->Execute("select FName from [#work]")->RecordCount(), 1);
+}
+
+/// The error of a batch that takes hours unless it is stopped.
+com::Error errorOfLongBatch(Connection& connection) {
+  std::string tables = "[#work] t0";
+  for (int i = 1; i < 14; ++i) tables += ", [#work] t" + std::to_string(i);
+  return errorOf([&] { connection.Execute("select sum(t0.FID) from " + tables); });
+}
+
+TEST_P(AnyProvider, StopsABatchAndStaysUsable) {
+  for (int id = 1; id <= 10; ++id) insert(id, "n");
+  connection->CommandTimeout(1);
+  EXPECT_EQ(errorOfLongBatch(*connection).number(), kAdoTimeout);
+
+  connection->CommandTimeout(0);
+  std::jthread canceller([this](const std::stop_token& done) {
+    for (; !done.stop_requested(); std::this_thread::sleep_for(std::chrono::milliseconds(100)))
+      connection->Cancel();
+  });
+  EXPECT_EQ(errorOfLongBatch(*connection).number(), kAdoOperationCancelled);
+  canceller.request_stop();
+  canceller.join();
+
+  {
+    std::stop_source stop;
+    const com::CancellationScope scope(stop.get_token());
+    std::jthread asking([&stop] { stop.request_stop(); });
+    EXPECT_EQ(errorOfLongBatch(*connection).number(), kAdoOperationCancelled);
+    asking.join();
+    EXPECT_EQ(errorOf([&] { connection->Execute("select 1"); }).number(), kAdoOperationCancelled);
+  }
+  connection->Cancel();
+  EXPECT_EQ(connection->Execute("select FID from [#work]")->RecordCount(), 10);
 }
 
 INSTANTIATE_TEST_SUITE_P(Databases, AnyProvider, testing::ValuesIn(databases()),

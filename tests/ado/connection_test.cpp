@@ -124,6 +124,18 @@ TEST_F(ConnectionTest, AnswersTheFirstRowsetAndTheRestBehindIt) {
   EXPECT_EQ(rs->RecordCount(), 2);
   EXPECT_EQ(rs->ActiveConnection(), connection);
 
+  const auto command = com::make<Command>();
+  EXPECT_EQ(command->CommandTimeout(), 30);
+  command->ActiveConnection(connection);
+  command->CommandText("batch");
+  command->Execute();
+  EXPECT_EQ(database.timeout, 0) << "the connection's, until it has its own";
+  command->CommandTimeout(7);
+  command->Execute();
+  EXPECT_EQ(database.timeout, 7);
+  expectError(kAdoInvalidArgument, "cannot be -1", [&] { command->CommandTimeout(-1); });
+  expectError(kAdoInvalidArgument, "cannot be -1", [&] { connection->CommandTimeout(-1); });
+
   auto second = rs->NextRecordset();
   ASSERT_TRUE(second);
   EXPECT_TRUE(second->EOF_());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 namespace velmora::cli {
@@ -29,6 +30,25 @@ class TestFolder {
 
  private:
   std::string path_;
+};
+
+/// The built program, running; its standard input stays open and empty.
+class StartedProgram {
+ public:
+  StartedProgram(const std::vector<std::string>& arguments,
+                 const std::vector<std::string>& environment);
+  StartedProgram(const StartedProgram&) = delete;
+  StartedProgram& operator=(const StartedProgram&) = delete;
+  /// Kills it if it still runs.
+  ~StartedProgram();
+
+  void send(int signal) const;
+  /// Waits for its end.
+  Finished wait();
+
+ private:
+  TestFolder folder_;
+  pid_t process_ = -1;
 };
 
 }  // namespace velmora::cli

@@ -140,6 +140,17 @@ TEST_F(OdbcBatch, SetsTheTimeOutsAskedFor) {
   EXPECT_EQ(column("settings").at(2), Variant("0"));
 }
 
+TEST_F(OdbcBatch, IsOverAtItsTimeLimit) {
+  connection->CommandTimeout(1);
+  for (const char* batch :
+       {"hang", "rows int 1\nhang\nrows int 2", "error HYT00 0 [Driver]Query timeout expired"})
+    expectError(kAdoTimeout, "Timeout expired: the batch ran longer than its CommandTimeout of 1",
+                [&] { connection->Execute(batch); });
+  expectError(kProvider, "1222: Lock request",
+              [&] { connection->Execute("error HYT00 1222 Lock request time out exceeded"); });
+  EXPECT_EQ(column("rows int 1").at(0), Variant(1));
+}
+
 TEST_F(OdbcBatch, RefusesALoginWithoutThePassword) {
   connection->Close();
   const com::Error error =

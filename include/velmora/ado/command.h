@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,10 @@ class Command final : public com::Object<com::IUnknown> {
   void CommandText(std::string text) { text_ = std::move(text); }
   CommandTypeEnum CommandType() const noexcept { return type_; }
   void CommandType(CommandTypeEnum type) { type_ = type; }
+  /// Seconds that Execute may take, 0 without limit; those of the connection until set.
+  /// kAdoInvalidArgument for a negative number.
+  int CommandTimeout() const noexcept;
+  void CommandTimeout(int seconds);
 
   /// Appends the next "?" parameter. Direction is input, the only one there is.
   void AppendParameter(DataTypeEnum type, std::int64_t size, Variant value) {
@@ -23,11 +28,14 @@ class Command final : public com::Object<com::IUnknown> {
   }
   /// kAdoObjectClosed without an open connection.
   RecordsetRef Execute();
+  /// Ends an Execute that is running on another thread, as Connection::Cancel.
+  void Cancel() noexcept;
 
  private:
   ConnectionRef connection_;
   std::string text_;
   CommandTypeEnum type_ = adCmdText;
+  std::optional<int> timeout_;
   std::vector<ParameterValue> parameters_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <span>
 #include <string>
 #include <string_view>
@@ -11,11 +12,14 @@
 
 namespace velmora::ado {
 
-/// A connection to a database. Not thread-safe; one thread at a time.
+/// A connection to a database. Not thread-safe; one thread at a time, but for Cancel.
 class Connection final : public com::Object<com::IUnknown> {
  public:
   static constexpr com::Guid kInterfaceId =
       com::Guid::parse("00000550-0000-0010-8000-00AA006D2EA4");
+
+  /// Seconds; ADO's.
+  static constexpr int kDefaultCommandTimeout = 30;
 
   Connection();
   ~Connection() override;
@@ -32,9 +36,12 @@ class Connection final : public com::Object<com::IUnknown> {
 
   CursorLocationEnum CursorLocation() const noexcept { return cursorLocation_; }
   void CursorLocation(CursorLocationEnum location) { cursorLocation_ = location; }
-  /// Seconds; 0 waits without limit.
+  /// Seconds that a batch may run; 0 waits without limit. Execute raises kAdoTimeout when they
+  /// are over. The connection stays usable; the embedded database has then rolled back the
+  /// transaction that the batch was in, a server leaves that to the client.
+  /// kAdoInvalidArgument for a negative number.
   int CommandTimeout() const noexcept { return commandTimeout_; }
-  void CommandTimeout(int seconds) { commandTimeout_ = seconds; }
+  void CommandTimeout(int seconds);
 
   /// Runs a batch. The answer is the first rowset, connected to this connection,
   /// with the others behind NextRecordset; a closed recordset when there is none.
@@ -45,15 +52,25 @@ class Connection final : public com::Object<com::IUnknown> {
   RecordsetRef Execute(std::string_view commandText, std::span<const ParameterValue> parameters,
                        std::int64_t* recordsAffected = nullptr);
 
+  /// Ends the batch that another thread runs on this connection: its Execute raises
+  /// kAdoOperationCancelled, all else is as at the end of CommandTimeout. Returns without waiting
+  /// for that. Nothing happens when no batch is running, or on a closed connection. Any thread
+  /// may call it while it holds a reference.
+  void Cancel() noexcept;
+
   /// The provider's connection; raises kAdoObjectClosed.
   ProviderConnection& provider();
 
  private:
+  friend class Command;
   void* find(const com::Guid& iid) noexcept override;
+  RecordsetRef execute(std::string_view commandText, std::span<const ParameterValue> parameters,
+                       int timeout, std::int64_t* recordsAffected);
 
+  std::mutex cancelling_;  // keeps the provider's connection while Cancel uses it
   std::unique_ptr<ProviderConnection> provider_;
   CursorLocationEnum cursorLocation_ = adUseServer;
-  int commandTimeout_ = 30;
+  int commandTimeout_ = kDefaultCommandTimeout;
 };
 
 using ConnectionRef = com::Ref<Connection>;

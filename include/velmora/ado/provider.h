@@ -47,9 +47,17 @@ class ProviderConnection {
   virtual std::vector<StatementResult> execute(std::string_view batch,
                                                std::span<const ParameterValue> parameters) = 0;
 
-  /// Seconds a batch may run from now on, 0 without limit; a provider that cannot
-  /// stop a batch ignores it. Called before every execute.
+  /// Seconds a batch may run from now on, 0 without limit; execute raises kAdoTimeout when they
+  /// are over. A provider that cannot stop a batch ignores it. Called before every execute.
   virtual void setCommandTimeout(int /*seconds*/) {}
+
+  /// Ends the batch or bulk load that another thread runs on this connection: execute (or the
+  /// bulk load's next call) raises kAdoOperationCancelled there, soon after this has returned.
+  /// Nothing happens when none is running. The one member that any thread may call, but not
+  /// while the connection is being destroyed. A provider that cannot stop a batch ignores it.
+  ///
+  /// Providers observe com::CurrentCancellation() of the thread that runs the batch as well.
+  virtual void cancel() noexcept {}
 
   /// Bulk load into a table; kAdoNotSupported where the provider has none.
   virtual std::unique_ptr<BulkInsert> bulkInsert(std::string_view table,

@@ -34,8 +34,10 @@ inline constexpr std::int32_t kAdoNotSupported = -2146825037;      // 0x800A0CB3
 inline constexpr std::int32_t kAdoInvalidArgument = -2146825287;   // 0x800A0BB9
 inline constexpr std::int32_t kAdoProviderNotFound = -2146824582;  // 0x800A0E7A
 inline constexpr std::int32_t kAdoDataConversion = -2146824867;    // 0x800A0D5D value does not fit
-inline constexpr std::int32_t kProvider = -2147217900;             // 0x80040E14 statement failed
-inline constexpr std::int32_t kProviderConnect = -2147467259;      // 0x80004005 cannot open
+inline constexpr std::int32_t kAdoOperationCancelled = -2146824576;  // 0x800A0E80
+inline constexpr std::int32_t kAdoTimeout = -2147217871;       // 0x80040E31 CommandTimeout over
+inline constexpr std::int32_t kProvider = -2147217900;         // 0x80040E14 statement failed
+inline constexpr std::int32_t kProviderConnect = -2147467259;  // 0x80004005 cannot open
 }  // namespace error
 
 /// The one exception type that crosses component borders.

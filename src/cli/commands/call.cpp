@@ -9,6 +9,7 @@
 #include "cli/failure.h"
 #include "cli/options.h"
 #include "cli/row_access.h"
+#include "velmora/com/cancellation.h"
 
 namespace velmora::cli {
 
@@ -37,8 +38,10 @@ int answerOne(Caller& caller, const Options& options, Streams& streams) {
 }
 
 int answerEachLine(Caller& caller, Streams& streams) {
-  for (std::string line; std::getline(streams.in, line) && streams.out;)
+  for (std::string line; std::getline(streams.in, line) && streams.out;) {
+    com::ThrowIfCancelled();
     if (line.find_first_not_of(" \t\r") != std::string::npos) tellAnswer(caller, line, streams);
+  }
   return kOk;
 }
 

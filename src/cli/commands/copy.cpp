@@ -6,6 +6,7 @@
 #include "cli/copy/copy_progress.h"
 #include "cli/failure.h"
 #include "cli/new_file.h"
+#include "cli/options.h"
 #include "cli/output/result_rows.h"
 #include "cli/output/result_writer.h"
 #include "cli/session.h"
@@ -68,6 +69,7 @@ void addCopy(CLI::App& program, Run& chosen) {
       ->excludes(from);
   command->add_option("--to", options->to, "The file to make")->option_text("FILE")->required();
   command->add_flag("--force", options->force, "Replace the file if it exists");
+  addTimeoutOption(*command);
   command->callback([options, &chosen] {
     chosen = [options](Streams& streams) { return runCopy(*options, streams); };
   });

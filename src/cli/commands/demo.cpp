@@ -8,6 +8,7 @@
 #include "cli/commands/commands.h"
 #include "cli/failure.h"
 #include "cli/new_file.h"
+#include "cli/options.h"
 #include "cli/output/result_rows.h"
 #include "cli/output/result_writer.h"
 
@@ -123,6 +124,7 @@ void addDemo(CLI::App& program, Run& chosen) {
                  "The same books without what is at fault: no check finds anything")
       ->excludes(newSet);
   command->add_flag("--force", options->force, "Replace the file if it exists");
+  addTimeoutOption(*command);
   command->callback([options, &chosen] {
     chosen = [options](Streams& streams) { return createDemo(*options, streams); };
   });

@@ -5,6 +5,7 @@
 #include "cli/demo/faults.h"
 #include "cli/demo/ordinary.h"
 #include "cli/demo/scripts.h"
+#include "velmora/com/cancellation.h"
 #include "velmora/com/error.h"
 
 namespace velmora::cli::demo {
@@ -95,6 +96,7 @@ class Filling {
   void addOrdinary(Books& books, int documents) {
     const std::int64_t days = std::int64_t{kPeriods} * kLastOrdinaryDay;
     while (books.documents() < documents) {
+      com::ThrowIfCancelled();
       const auto day = static_cast<int>(books.documents() * days / documents);
       addOrdinaryBusiness(books, day / kLastOrdinaryDay, day % kLastOrdinaryDay + 1,
                           documents - books.documents());

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/ado/command_timeout.h"
 #include "platform/ado/provider_registry.h"
 #include "platform/ado/value_conversion.h"
 #include "velmora/com/error.h"
@@ -72,7 +73,9 @@ void Connection::Open(std::string_view connectionString, std::string_view user,
   if (!password.empty()) passwords.emplace_back(password);
   const ProviderFactory open = findProvider(settings);
   try {
-    provider_ = open(settings);
+    auto opened = open(settings);
+    const std::lock_guard lock(cancelling_);
+    provider_ = std::move(opened);
   } catch (const com::Error& error) {
     throw com::Error(error.number(), error.source(),
                      withoutPasswords(error.description(), std::move(passwords)));
@@ -83,11 +86,23 @@ void Connection::Open(std::string_view connectionString, std::string_view user,
 }
 
 void Connection::Close() noexcept {
-  provider_.reset();
+  std::unique_ptr<ProviderConnection> closing;
+  const std::lock_guard lock(cancelling_);
+  closing.swap(provider_);
 }
 
 ObjectStateEnum Connection::State() const noexcept {
   return provider_ ? adStateOpen : adStateClosed;
+}
+
+void Connection::CommandTimeout(int seconds) {
+  requireTimeout(seconds, "ADODB.Connection");
+  commandTimeout_ = seconds;
+}
+
+void Connection::Cancel() noexcept {
+  const std::lock_guard lock(cancelling_);
+  if (provider_) provider_->cancel();
 }
 
 RecordsetRef Connection::Execute(std::string_view commandText, std::int64_t* recordsAffected, int) {
@@ -97,8 +112,14 @@ RecordsetRef Connection::Execute(std::string_view commandText, std::int64_t* rec
 RecordsetRef Connection::Execute(std::string_view commandText,
                                  std::span<const ParameterValue> parameters,
                                  std::int64_t* recordsAffected) {
+  return execute(commandText, parameters, commandTimeout_, recordsAffected);
+}
+
+RecordsetRef Connection::execute(std::string_view commandText,
+                                 std::span<const ParameterValue> parameters, int timeout,
+                                 std::int64_t* recordsAffected) {
   ProviderConnection& connection = provider();
-  connection.setCommandTimeout(commandTimeout_);
+  connection.setCommandTimeout(timeout);
   std::int64_t affected = -1;
   std::vector<Rowset> rowsets;
   for (StatementResult& result : connection.execute(commandText, checked(parameters))) {

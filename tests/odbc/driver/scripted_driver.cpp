@@ -11,10 +11,12 @@
 //   broken-rows VALUE STATE TEXT    one row, then an error while fetching
 //   parameters                      how the parameters were bound
 //   settings                        connection string and time-outs
+//   hang                            runs until it is cancelled, whatever its time-out
 //
 // A connection string with Refuse= fails and repeats itself in the error.
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <deque>
 #include <optional>
@@ -52,6 +54,7 @@ struct Result {
   SQLLEN count = -1;
   std::vector<Record> errors;
   std::vector<Record> fetchErrors;
+  bool hangs = false;
 };
 
 struct Handle {
@@ -71,9 +74,14 @@ struct Statement : Handle {
   std::vector<std::string> parameters;
   std::size_t row = 0;   // of the first result, from 1
   std::size_t read = 0;  // characters of the current cell
+  std::atomic<bool> cancelled = false;
 
   SQLRETURN start() {
     row = read = 0;
+    if (!results.empty() && results.front().hangs) {
+      cancelled.wait(false);
+      return fail({{"HY008", 0, "Operation canceled"}});
+    }
     if (connection->lost) return fail({{"08S01", 20006, "Write to the server failed"}});
     if (results.empty()) return SQL_NO_DATA;
     if (results.front().errors.empty()) return SQL_SUCCESS;
@@ -134,6 +142,8 @@ Result readResult(Statement& statement, const std::string& text) {
     line >> result.count;
   } else if (word == "error") {
     result.errors.push_back(readRecord(line));
+  } else if (word == "hang") {
+    result.hangs = true;
   } else if (word == "parameters") {
     result = texts(statement.parameters);
   } else if (word == "settings") {
@@ -277,6 +287,13 @@ SQLRETURN SQLExecDirectW(SQLHSTMT handle, SQLWCHAR* text, SQLINTEGER length) {
     statement.results.back().errors.push_back(readRecord(more));
   }
   return statement.start();
+}
+
+SQLRETURN SQLCancel(SQLHSTMT handle) {
+  auto& cancelled = static_cast<Statement*>(handle)->cancelled;
+  cancelled = true;
+  cancelled.notify_all();
+  return SQL_SUCCESS;
 }
 
 SQLRETURN SQLMoreResults(SQLHSTMT handle) {

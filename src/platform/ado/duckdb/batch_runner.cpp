@@ -47,6 +47,7 @@ std::vector<StatementResult> BatchRunner::run(const tsql::Batch& batch) {
   try {
     runAll(batch.statements);
   } catch (...) {
+    state_.session.stopper().end();
     if (state_.transactions > 0) rollbackTransaction(state_);
     throw;
   }

@@ -20,9 +20,14 @@ class EmbeddedConnection final : public ProviderConnection {
     native_.clear();
     if (state_->bulkInsertOpen)
       throwError("A bulk insert of this connection is not finished; nothing else can run before.");
+    Session& session = state_->session;
+    const BatchStopper::Batch running(session.stopper(), {timeout_}, session.interrupt());
     const auto parsed = tsql::parse(batch);
     return BatchRunner(*state_, toVariables(parameters), native_).run(parsed);
   }
+
+  void setCommandTimeout(int seconds) override { timeout_ = seconds; }
+  void cancel() noexcept override { state_->session.stopper().cancel(); }
 
   std::unique_ptr<BulkInsert> bulkInsert(std::string_view table,
                                          std::span<const std::string> columns) override {
@@ -38,6 +43,7 @@ class EmbeddedConnection final : public ProviderConnection {
  private:
   std::shared_ptr<SessionState> state_;
   std::vector<std::string> native_;
+  int timeout_ = 0;
 };
 
 }  // namespace

@@ -31,17 +31,25 @@ std::size_t Result::rowCount() const {
   return duckdb_row_count(&result_);
 }
 
-Session::Session(duckdb_database database) {
+Session::Session(duckdb_database database) : stopper_(kSource) {
   if (duckdb_connect(database, &connection_) != DuckDBSuccess)
     throwEngineError("The database accepts no further connection.");
 }
 
 Result Session::run(const std::string& sql) {
+  stopper_.throwIfStopped();
   duckdb_result raw{};
   const auto executed = duckdb_query(connection_, sql.c_str(), &raw);
-  Result result(raw);
-  if (executed != DuckDBSuccess) throwEngineError(duckdb_result_error(&raw));
-  return result;
+  Result result(raw, stopper_);
+  if (executed == DuckDBSuccess) return result;
+  stopper_.throwIfStopped();
+  throwEngineError(duckdb_result_error(&raw));
+}
+
+// Stopped in between, the engine might have committed what its caller then takes for undone.
+void Session::commit() {
+  const auto turn = stopper_.withoutInterrupts();
+  run("commit");
 }
 
 void Session::rollback() noexcept {

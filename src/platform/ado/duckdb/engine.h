@@ -8,6 +8,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "platform/ado/batch_stopper.h"
+
 namespace velmora::ado::embedded {
 
 // The engine's handles, each owned by one object. Whatever fails raises the com::Error
@@ -32,8 +34,11 @@ using ScalarFunction = Owned<duckdb_scalar_function>;
 /// A statement's whole answer.
 class Result {
  public:
-  explicit Result(duckdb_result result) noexcept : result_(result) {}
-  Result(Result&& other) noexcept : result_(std::exchange(other.result_, {})) {}
+  /// Reading it is part of the batch that `stopper`, which outlives it, may stop.
+  Result(duckdb_result result, const BatchStopper& stopper) noexcept
+      : result_(result), stopper_(stopper) {}
+  Result(Result&& other) noexcept
+      : result_(std::exchange(other.result_, {})), stopper_(other.stopper_) {}
   Result& operator=(Result&&) = delete;
   ~Result() { duckdb_destroy_result(&result_); }
 
@@ -49,10 +54,14 @@ class Result {
   /// Rows of the whole answer.
   std::size_t rowCount() const;
   /// The next chunk of rows; nothing at the end.
-  Chunk next() { return Chunk(duckdb_fetch_chunk(result_)); }
+  Chunk next() {
+    stopper_.throwIfStopped();
+    return Chunk(duckdb_fetch_chunk(result_));
+  }
 
  private:
   mutable duckdb_result result_;
+  const BatchStopper& stopper_;
 };
 
 /// One connection to an engine instance: its transaction and its temporary tables.
@@ -64,13 +73,22 @@ class Session {
   ~Session() { duckdb_disconnect(&connection_); }
 
   duckdb_connection handle() const noexcept { return connection_; }
-  /// Runs one statement.
+  /// Runs one statement, unless the batch was asked to end.
   Result run(const std::string& sql);
+  /// Commits the open transaction; a batch is stopped before that or after it.
+  void commit();
   /// Ends the open transaction; nothing happens when the engine has ended it already.
   void rollback() noexcept;
 
+  BatchStopper& stopper() noexcept { return stopper_; }
+  /// What interrupts its statements.
+  BatchStopper::Interrupt interrupt() {
+    return [this] { duckdb_interrupt(connection_); };
+  }
+
  private:
   duckdb_connection connection_ = nullptr;
+  BatchStopper stopper_;
 };
 
 }  // namespace velmora::ado::embedded

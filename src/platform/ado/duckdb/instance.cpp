@@ -3,7 +3,9 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <mutex>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <system_error>
 
@@ -108,6 +110,37 @@ duckdb_database open(const Settings& settings, const std::string& spillFolder) {
   refuse(settings.inMemory() ? ":memory:" : settings.file, reason);
 }
 
+/// The spill folders there are, for a program that ends by std::quick_exit.
+class SpillFolders {
+ public:
+  static SpillFolders& all() {
+    static SpillFolders& instance = *new SpillFolders;
+    return instance;
+  }
+  void add(const std::string& path) {
+    const std::lock_guard lock(mutex_);
+    paths_.insert(path);
+  }
+  void remove(const std::string& path) noexcept {
+    const std::lock_guard lock(mutex_);
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+    paths_.erase(path);
+  }
+
+ private:
+  SpillFolders() {
+    static_cast<void>(std::at_quick_exit([] {
+      std::error_code ignored;
+      const std::lock_guard lock(all().mutex_);
+      for (const auto& path : all().paths_) fs::remove_all(path, ignored);
+    }));
+  }
+
+  std::mutex mutex_;
+  std::set<std::string> paths_;
+};
+
 }  // namespace
 
 SpillFolder::SpillFolder() {
@@ -115,12 +148,13 @@ SpillFolder::SpillFolder() {
   const auto folder = fs::temp_directory_path(error);
   if (error) return;
   auto path = (folder / "velmora-XXXXXX").string();
-  if (::mkdtemp(path.data())) path_ = path;
+  if (!::mkdtemp(path.data())) return;
+  path_ = path;
+  SpillFolders::all().add(path_);
 }
 
 SpillFolder::~SpillFolder() {
-  std::error_code ignored;
-  if (!path_.empty()) fs::remove_all(path_, ignored);
+  if (!path_.empty()) SpillFolders::all().remove(path_);
 }
 
 Instance::Instance(const Settings& settings)

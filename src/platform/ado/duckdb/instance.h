@@ -10,7 +10,8 @@ namespace velmora::ado::embedded {
 
 /// A folder for what does not fit in memory; made when the database is opened, in the
 /// system's temporary folder and for this user only, so that nothing is ever written
-/// beside an account set that is only read. Gone with the object.
+/// beside an account set that is only read. Gone with the object, also when the program ends by
+/// std::quick_exit.
 class SpillFolder {
  public:
   SpillFolder();

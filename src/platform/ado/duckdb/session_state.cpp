@@ -19,7 +19,7 @@ void commitTransaction(SessionState& state) {
     --state.transactions;
     return;
   }
-  state.session.run("commit");
+  state.session.commit();
   state.transactions = 0;
   state.catalog.commitTransaction();
 }

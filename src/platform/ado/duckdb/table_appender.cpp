@@ -39,6 +39,8 @@ TableAppender::TableAppender(std::shared_ptr<SessionState> state, std::string_vi
                "A bulk insert into " + table_.name +
                    " needs a transaction of its own; finish the open one first.");
   chooseColumns(columns);
+  Session& session = state_->session;
+  batch_.emplace(session.stopper(), BatchStopper::Limit{}, session.interrupt());
   beginTransaction(*state_);
   open_ = state_->bulkInsertOpen = true;
   try {
@@ -155,6 +157,7 @@ void TableAppender::endRow() {
 }
 
 void TableAppender::flushChunk() {
+  state_->session.stopper().throwIfStopped();
   duckdb_data_chunk_set_size(chunk_.get(), rows_);
   check(duckdb_append_data_chunk(appender_, chunk_.get()));
   rows_ = 0;
@@ -194,14 +197,17 @@ void TableAppender::check(duckdb_state state) {
   auto data = duckdb_appender_error_data(appender_);
   const std::string message = duckdb_error_data_message(data);
   duckdb_destroy_error_data(&data);
+  state_->session.stopper().throwIfStopped();
   throwEngineError(message);
 }
 
 void TableAppender::close() noexcept {
   if (!open_) return;
   open_ = state_->bulkInsertOpen = false;
+  state_->session.stopper().end();
   duckdb_appender_destroy(&appender_);  // writes what it still holds, so before the rollback
   if (state_->transactions > 0) rollbackTransaction(*state_);
+  batch_.reset();
 }
 
 }  // namespace velmora::ado::embedded

@@ -2,6 +2,7 @@
 
 #include <duckdb.h>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -61,6 +62,7 @@ class TableAppender final : public BulkInsert {
   std::size_t next_ = 0;  // column of the current row
   std::size_t rows_ = 0;  // finished rows of the chunk
   bool open_ = false;
+  std::optional<BatchStopper::Batch> batch_;  // while it is open
 };
 
 }  // namespace velmora::ado::embedded

@@ -13,13 +13,15 @@ class OdbcConnection final : public ProviderConnection {
 
   std::vector<StatementResult> execute(std::string_view batch,
                                        std::span<const ParameterValue> parameters) override {
-    return runBatch(session_, batch, parameters, timeout_);
+    return runBatch(session_, batch, parameters, timeout_, stopper_);
   }
 
   void setCommandTimeout(int seconds) override { timeout_ = seconds; }
+  void cancel() noexcept override { stopper_.cancel(); }
 
  private:
   Session session_;
+  BatchStopper stopper_{kSource};
   int timeout_ = 0;
 };
 
