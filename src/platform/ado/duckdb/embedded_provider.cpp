@@ -21,7 +21,8 @@ class EmbeddedConnection final : public ProviderConnection {
     if (state_->bulkInsertOpen)
       throwError("A bulk insert of this connection is not finished; nothing else can run before.");
     const auto parsed = tsql::parse(batch);
-    return BatchRunner(*state_, toVariables(parameters), native_).run(parsed);
+    const auto note = [this](const std::string& sql) { native_.push_back(sql); };
+    return BatchRunner(*state_, toVariables(parameters), note).run(parsed);
   }
 
   std::unique_ptr<BulkInsert> bulkInsert(std::string_view table,

@@ -13,6 +13,7 @@ namespace velmora::tsql {
 struct BoundQuery;
 struct Context;
 struct QueryScope;
+struct Source;
 
 /// The stages that the binding of expressions and sources comes before and yet needs, for
 /// the queries within them.
@@ -34,6 +35,8 @@ struct Context {
   std::map<const TableInfo*, int> tableUses;
   /// How many of these uses are over before the first row of the statement comes.
   std::map<const TableInfo*, int> settledUses;
+  /// Where set, gets the source of every column that is read.
+  std::vector<const Source*>* sourcesRead = nullptr;
   /// A column default is evaluated at each insert, so getdate() is not a constant there.
   bool inDefault = false;
 
