@@ -123,7 +123,8 @@ class Case {
   std::optional<Texts> expectedUpdate() {
     if (!pairs_) return std::nullopt;
     Texts first;
-    for (const auto& row : *expected("left"))
+    const auto rows = expected("left");
+    for (const auto& row : *rows)
       if (first.empty() || first.back()[0] != row[0]) first.push_back(row);
     return first;
   }
@@ -138,7 +139,7 @@ class Case {
     }
   }
 
-  ConnectionPtr connection_ = inMemory();
+  ConnectionPtr connection_ = connect("Data Source=:memory:;Threads=1");
   std::string condition_;
   std::optional<Texts> pairs_;
 };
@@ -146,23 +147,27 @@ class Case {
 TEST(Joins, AnswerAsTheirPlainTelling) {
   Cases cases(printedSeed());
   int refused = 0;
-  for (int round = 0; round < (kSanitized ? 30 : 300); ++round) {
+  const int rounds = kSanitized ? 40 : 200;
+  for (int round = 0; round < rounds; ++round) {
     const auto tables = cases.tables();
     const auto condition = cases.condition();
     SCOPED_TRACE(tables + condition);
     Case one(tables, condition);
-    for (const char* kind : {"left", "right", "full"}) {
+    const auto unlessRefused = [&](const auto& compare) {
       try {
-        ASSERT_EQ(one.found(kind), one.expected(kind)) << kind;
+        compare();
       } catch (const com::Error& error) {
-        // The engine has no full join by other than equalities.
-        ASSERT_THAT(error.description(), testing::HasSubstr("join")) << kind;
+        // Without an equality the engine has no full join, and no subquery in any.
+        ASSERT_THAT(error.description(), testing::HasSubstr("join"));
         ++refused;
       }
-    }
-    ASSERT_EQ(one.updated(), one.expectedUpdate());
+    };
+    for (const char* kind : {"left", "right", "full"})
+      unlessRefused([&] { ASSERT_EQ(one.found(kind), one.expected(kind)) << kind; });
+    unlessRefused([&] { ASSERT_EQ(one.updated(), one.expectedUpdate()); });
+    if (HasFatalFailure()) return;
   }
-  EXPECT_LT(refused, kSanitized ? 30 : 300);
+  EXPECT_LT(refused, rounds / 4);
 }
 
 /// Whether the engine hashes the one statement with rows.
@@ -174,7 +179,7 @@ bool hashes(const std::string& sql) {
       hashed = hashed && rowByRowJoins(state.session, statement).empty();
   };
   std::string rows;
-  for (int i = 0; i < 50; ++i) rows += (i == 0 ? "" : ",") + std::string("(1,1,'x')");
+  for (int i = 0; i < 50; ++i) rows += (i == 0 ? "" : ",") + std::string("(1,1,'1')");
   std::string batch;
   for (const char* table : {"#a", "#b"})
     batch += std::string("create table ") + table + "(k int, m int, t varchar(9))\ninsert into " +
