@@ -1,15 +1,12 @@
 // Measures the period-closing check: the generated queries against the same queries
-// written by hand for the engine, what the T-SQL front end adds to a statement, and
-// the whole command as a process.
+// written by hand for the engine, and what the T-SQL front end adds to a statement.
 //
-//   bench_closing_check queries LARGE.db   ratios of the heaviest queries, front end
-//   bench_closing_check command DEMO.db SMALLER.db LARGE.db   the command's times
+//   bench_closing_check LARGE.db
 //
 // Every figure is printed with the limit it has to keep; the exit status is 1 when one
 // does not. Answers are compared before anything is timed.
 
 #include <cstdio>
-#include <filesystem>
 #include <map>
 #include <set>
 #include <stdexcept>
@@ -22,7 +19,6 @@
 #include "platform/ado/duckdb/session_state.h"
 #include "platform/tsql/syntax/parser.h"
 #include "platform/tsql/translate.h"
-#include "process_run.h"
 #include "velmora/ado/connection.h"
 #include "velmora/collections/dictionary.h"
 #include "velmora/collections/vector.h"
@@ -150,48 +146,17 @@ void measureQueries(const std::string& file) {
   measureFrontEnd(file, checks);
 }
 
-ProcessRun closeCheck(const std::string& file) {
-  const auto run = runProcess({VELMORA_PROGRAM, "close-check", "--db", file, "--side", "ar"});
-  if (run.exitStatus != 0 && run.exitStatus != 1)
-    throw std::runtime_error("close-check failed on " + file);
-  return run;
-}
-
-double medianCloseCheck(const std::string& file, int runs) {
-  std::vector<double> times;
-  for (int i = 0; i < runs; ++i) times.push_back(closeCheck(file).seconds);
-  return median(times);
-}
-
-void measureCommand(const std::string& demo, const std::string& smaller, const std::string& large) {
-  figures.report("close-check on the demo set, median of 21", medianCloseCheck(demo, 21), 0.25,
-                 "s");
-  const ProcessRun first = closeCheck(large);
-  figures.report("close-check on the large set, peak memory", first.peakMemoryMiB, 2048, "MiB");
-  const double largeTime = medianCloseCheck(large, 5);
-  figures.report("close-check on the large set, median of 5", largeTime, 10, "s");
-  figures.report("large set against the smaller one (a quarter)",
-                 largeTime / medianCloseCheck(smaller, 5), 4.4, "x");
-}
-
-int run(const std::vector<std::string>& arguments) {
-  if (arguments.size() == 2 && arguments[0] == "queries") {
-    measureQueries(arguments[1]);
-  } else if (arguments.size() == 4 && arguments[0] == "command") {
-    measureCommand(arguments[1], arguments[2], arguments[3]);
-  } else {
-    std::fputs("usage: bench_closing_check queries SET | command DEMO SMALLER LARGE\n", stderr);
-    return 2;
-  }
-  return figures.allKept() ? 0 : 1;
-}
-
 }  // namespace
 
 }  // namespace velmora::bench
 
 int main(int argc, char** argv) try {
-  return velmora::bench::run({argv + 1, argv + argc});
+  if (argc != 2) {
+    std::fputs("usage: bench_closing_check LARGE\n", stderr);
+    return 2;
+  }
+  velmora::bench::measureQueries(argv[1]);
+  return velmora::bench::figures.allKept() ? 0 : 1;
 } catch (const std::exception& error) {
   std::fprintf(stderr, "bench_closing_check: %s\n", error.what());
   return 3;

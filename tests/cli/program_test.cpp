@@ -44,6 +44,7 @@ class ProgramTest : public testing::Test {
 TEST_F(ProgramTest, DemoTellsWhatItPlantedAndKeepsAnExistingFile) {
   EXPECT_THAT(created_.out, AllOf(HasSubstr("Planted findings"), HasSubstr("receivables")));
   EXPECT_THAT(created_.err, HasSubstr("velmora close-check --db " + demo()));
+  EXPECT_LT(std::filesystem::file_size(demo()), 5'000'000U);
   const auto again = runVelmora({"demo", "create", demo()});
   EXPECT_EQ(again.status, kFailed);
   EXPECT_THAT(again.err, HasSubstr("demo.db exists already; --force"));

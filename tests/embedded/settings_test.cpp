@@ -37,6 +37,8 @@ TEST(EmbeddedSettings, RefusesNamingPropertyAndExpectation) {
       {"Data Source=x;Mode=Write", "Mode=Write is not Read, ReadWrite or Create"},
       {"Data Source=x;Threads=0", "Threads=0 is not a number of threads from 1 to 256"},
       {"Data Source=x;Threads=4x", "Threads=4x"},
+      {"Data Source=x;Block Size=8192", "Block Size=8192 is not a power of 2 from 16384 to 262144"},
+      {"Data Source=x;Block Size=20000", "Block Size=20000 is not a power of 2"},
       {"Data Source=x;Memory=2", "Memory=2 is not an amount of memory"},
       {"Data Source=x;Memory=-1GB", "Memory=-1GB"},
       {"Data Source=x;Memory=63999KB", "at least 64MB"},

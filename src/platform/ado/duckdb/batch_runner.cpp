@@ -35,8 +35,8 @@ constexpr bool kRunsItself =
 }  // namespace
 
 BatchRunner::BatchRunner(SessionState& state, std::vector<tsql::Variable> parameters,
-                         std::vector<std::string>& native)
-    : state_(state), parameters_(std::move(parameters)), native_(native) {}
+                         Observer observer)
+    : state_(state), parameters_(std::move(parameters)), observer_(std::move(observer)) {}
 
 std::vector<StatementResult> BatchRunner::run(const tsql::Batch& batch) {
   const auto wanted = static_cast<std::size_t>(batch.parameterCount);
@@ -231,7 +231,7 @@ tsql::Scope BatchRunner::scope() {
 }
 
 Result BatchRunner::runNative(const std::string& sql) {
-  native_.push_back(sql);
+  observer_(sql);
   return state_.session.run(sql);
 }
 

@@ -17,9 +17,10 @@ namespace velmora::ado::embedded {
 /// is in.
 class BatchRunner {
  public:
-  /// Appends every engine statement to `native` before it runs.
-  BatchRunner(SessionState& state, std::vector<tsql::Variable> parameters,
-              std::vector<std::string>& native);
+  /// Sees every engine statement before it runs.
+  using Observer = std::function<void(const std::string&)>;
+
+  BatchRunner(SessionState& state, std::vector<tsql::Variable> parameters, Observer observer);
 
   std::vector<StatementResult> run(const tsql::Batch& batch);
 
@@ -60,7 +61,7 @@ class BatchRunner {
 
   SessionState& state_;
   std::vector<tsql::Variable> parameters_;
-  std::vector<std::string>& native_;
+  Observer observer_;
   tsql::Variables variables_;
   std::vector<StatementResult> results_;
   std::int64_t rowCount_ = 0;

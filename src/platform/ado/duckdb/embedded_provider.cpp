@@ -23,7 +23,8 @@ class EmbeddedConnection final : public ProviderConnection {
     Session& session = state_->session;
     const BatchStopper::Batch running(session.stopper(), {timeout_}, session.interrupt());
     const auto parsed = tsql::parse(batch);
-    return BatchRunner(*state_, toVariables(parameters), native_).run(parsed);
+    const auto note = [this](const std::string& sql) { native_.push_back(sql); };
+    return BatchRunner(*state_, toVariables(parameters), note).run(parsed);
   }
 
   void setCommandTimeout(int seconds) override { timeout_ = seconds; }

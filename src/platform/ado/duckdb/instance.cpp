@@ -87,6 +87,7 @@ Options engineOptions(const Settings& settings, const std::string& spillFolder) 
     options.set("access_mode", settings.readOnly() ? "READ_ONLY" : "READ_WRITE");
   if (settings.threads) options.set("threads", std::to_string(*settings.threads));
   if (settings.memory) options.set("memory_limit", *settings.memory);
+  if (settings.blockSize) options.set("default_block_size", std::to_string(*settings.blockSize));
   options.set("temp_directory", spillFolder);
   options.set("default_null_order", "nulls_first_on_asc_last_on_desc");
   options.set("preserve_insertion_order", "true");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <string_view>
 
@@ -16,6 +17,7 @@ using collections::lowerCased;
 
 constexpr int kMaxThreads = 256;
 constexpr std::int64_t kMinMemoryMegabytes = 64;
+constexpr int kMinBlockSize = 16'384, kMaxBlockSize = 262'144;
 
 [[noreturn]] void refuse(const ConnectionString::Property& property, std::string_view expected) {
   throwConnectError("Connection string: " + property.name + "=" + property.value + " is not " +
@@ -39,12 +41,20 @@ OpenMode readMode(const ConnectionString::Property& property) {
   refuse(property, "Read, ReadWrite or Create");
 }
 
-int readThreads(const ConnectionString::Property& property) {
+int readNumber(const ConnectionString::Property& property, int least, int most,
+               const std::string& what) {
   std::string_view rest = property.value;
   const auto number = takeNumber(rest);
-  if (!number || !rest.empty() || *number < 1 || *number > kMaxThreads)
-    refuse(property, "a number of threads from 1 to " + std::to_string(kMaxThreads));
+  if (!number || !rest.empty() || *number < least || *number > most)
+    refuse(property, what + " from " + std::to_string(least) + " to " + std::to_string(most));
   return static_cast<int>(*number);
+}
+
+int readBlockSize(const ConnectionString::Property& property) {
+  const char* const what = "a power of 2";
+  const int size = readNumber(property, kMinBlockSize, kMaxBlockSize, what);
+  if (!std::has_single_bit(static_cast<unsigned>(size))) refuse(property, what);
+  return size;
 }
 
 std::string readMemory(const ConnectionString::Property& property) {
@@ -91,13 +101,15 @@ void apply(Settings& settings, const ConnectionString::Property& property) {
   } else if (name == "mode") {
     settings.mode = readMode(property);
   } else if (name == "threads") {
-    settings.threads = readThreads(property);
+    settings.threads = readNumber(property, 1, kMaxThreads, "a number of threads");
   } else if (name == "memory") {
     settings.memory = readMemory(property);
+  } else if (name == "block size") {
+    settings.blockSize = readBlockSize(property);
   } else if (!isIgnored(name)) {
     throwConnectError("Connection string: \"" + property.name +
                       "\" is not known to the embedded database; it takes Data Source, Mode, "
-                      "Threads and Memory.");
+                      "Threads, Memory and Block Size.");
   }
 }
 

@@ -21,6 +21,7 @@ struct Settings {
   OpenMode mode = OpenMode::read;
   std::optional<int> threads;         ///< the engine's own choice when absent
   std::optional<std::string> memory;  ///< as the engine reads it, for instance "2GB"
+  std::optional<int> blockSize;       ///< of a file that is created; the engine's own when absent
 
   bool inMemory() const noexcept { return file.empty(); }
   bool readOnly() const noexcept { return mode == OpenMode::read; }
@@ -31,6 +32,8 @@ struct Settings {
 ///   Mode=Read|ReadWrite|Create  default Read; a database in memory is always writable
 ///   Threads=N                   1 to 256
 ///   Memory=N[KB|MB|GB|TB]       the most the engine may hold in memory, at least 64MB
+///   Block Size=N                bytes, a power of 2 from 16384 to 262144 (the default), in
+///                               which a new file keeps its tables
 /// What a server database would want to know (user, password, catalogue, time-out) is
 /// ignored; any other name is refused. Raises com::error::kProviderConnect naming the
 /// property, its value and what was expected.

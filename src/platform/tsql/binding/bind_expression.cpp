@@ -110,6 +110,7 @@ Bound ExpressionBinder::bindNode(const Expression& expression) {
 
 Bound ExpressionBinder::bindColumn(const Expression& expression, const ColumnReference& reference) {
   const ColumnMatch match = resolveColumn(scope_, reference.column);
+  if (context_.sourcesRead != nullptr) context_.sourcesRead->push_back(match.source);
   const std::string sql = match.source->columnSql(*match.column);
   Bound bound = computed(sql, match.column->type);
   bound.nullable = match.column->nullable;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/tsql/binding/bind_expression.h"
+#include "platform/tsql/binding/bind_outer_join.h"
 #include "platform/tsql/binding/bound_query.h"
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/names/find_table.h"
@@ -215,20 +216,35 @@ class FromBinder {
 
   std::string bindJoin(const Join& join) {
     const std::size_t first = scope_.sources.size();
-    std::string sql = bind(*join.left);
+    const std::string left = bind(*join.left);
     const std::size_t second = scope_.sources.size();
-    sql.append(joinWords(join.kind)).append(bindSide(*join.right));
+    const std::string right = bindSide(*join.right);
     if (join.kind == JoinKind::Right || join.kind == JoinKind::Full) makeNullable(first, second);
     if (join.kind == JoinKind::Left || join.kind == JoinKind::Full) {
       makeNullable(second, scope_.sources.size());
     }
-    const bool inner = join.kind == JoinKind::Inner || join.kind == JoinKind::Cross;
-    result_.inner = result_.inner && inner;
-    if (join.on) {
+    const std::string sides = left + std::string(joinWords(join.kind)) + right;
+    if (!join.on) return sides;
+    if (join.kind == JoinKind::Inner) {
       result_.conditions.push_back(ExpressionBinder(context_, scope_).bindCondition(*join.on));
-      sql += " ON " + result_.conditions.back().sql;
+      return sides + " ON " + result_.conditions.back().sql;
     }
-    return sql;
+    result_.inner = false;
+    const BoundOn on = bindOuterJoin(context_, scope_, join, first, second);
+    if (!on.lateral) return sides + " ON " + on.condition.sql;
+    const bool keepsLeft = join.kind == JoinKind::Left;
+    return (keepsLeft ? left : right) + " LEFT JOIN LATERAL " +
+           matches(scope_.sources[keepsLeft ? second : first], keepsLeft ? right : left,
+                   on.condition) +
+           " ON TRUE";
+  }
+
+  /// The rows of a source that meet the condition, under the source's name.
+  static std::string matches(const Source& source, const std::string& relation,
+                             const BoundCondition& condition) {
+    const std::string row = source.table == nullptr ? "" : source.engine + ".rowid, ";
+    return "(SELECT " + row + source.engine + ".* FROM " + relation + " WHERE " + condition.sql +
+           ") AS " + source.engine;
   }
 
   std::string bindSide(const TableSource& source) {

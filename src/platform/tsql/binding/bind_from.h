@@ -13,7 +13,7 @@ namespace velmora::tsql {
 /// A bound FROM clause (without the word FROM).
 struct BoundFrom {
   std::string sql;
-  /// Its sources one by one and all conditions of its joins.
+  /// Its sources one by one and all conditions of its inner joins.
   std::vector<std::string> relations;
   std::vector<BoundCondition> conditions;
   bool inner = true;  ///< no outer joins: the sources and conditions alone say the same

@@ -13,6 +13,7 @@ namespace velmora::tsql {
 struct BoundQuery;
 struct Context;
 struct QueryScope;
+struct Source;
 
 /// The stages that the binding of expressions and sources comes before and yet needs, for
 /// the queries within them.
@@ -36,6 +37,8 @@ struct Context {
   std::map<const TableInfo*, int> settledUses;
   /// How many views deep the query being bound stands.
   int viewDepth = 0;
+  /// Where set, gets the source of every column that is read.
+  std::vector<const Source*>* sourcesRead = nullptr;
 
   /// The DuckDB name of the function, remembered as needed.
   std::string require(const DecimalFunction& function);

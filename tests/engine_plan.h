@@ -1,0 +1,48 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/ado/duckdb/rows.h"
+
+namespace velmora {
+
+/// A join that compares rows with rows, where a hash join finds them.
+struct RowByRowJoin {
+  std::string name, condition;
+  /// The tables that each side reads.
+  std::vector<std::set<std::string>> sides;
+};
+
+inline void addTables(const nlohmann::json& plan, std::set<std::string>& tables) {
+  const auto& info = plan["extra_info"];
+  if (info.contains("Table")) tables.insert(info["Table"].get<std::string>());
+  for (const auto& child : plan["children"]) addTables(child, tables);
+}
+
+inline void addRowByRowJoins(const nlohmann::json& plan, std::vector<RowByRowJoin>& joins) {
+  const auto name = plan["name"].get<std::string>();
+  // Beside hash joins there are those that hash for them.
+  const bool byRow = name.find("JOIN") != std::string::npos &&
+                     name.find("HASH_JOIN") == std::string::npos &&
+                     name.find("DELIM_JOIN") == std::string::npos;
+  if (byRow || name == "CROSS_PRODUCT") {
+    joins.push_back({name, plan["extra_info"].dump(), {}});
+    for (const auto& child : plan["children"]) addTables(child, joins.back().sides.emplace_back());
+  }
+  for (const auto& child : plan["children"]) addRowByRowJoins(child, joins);
+}
+
+/// Those in the engine's plan of its statement `sql`.
+inline std::vector<RowByRowJoin> rowByRowJoins(ado::embedded::Session& session,
+                                               const std::string& sql) {
+  const auto rows = ado::embedded::readTexts(session, "explain (format json) " + sql, 2);
+  std::vector<RowByRowJoin> joins;
+  for (const auto& plan : nlohmann::json::parse(rows.at(0).at(1).toText()))
+    addRowByRowJoins(plan, joins);
+  return joins;
+}
+
+}  // namespace velmora
