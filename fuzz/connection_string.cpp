@@ -12,7 +12,12 @@ namespace {
 
 using ado::ConnectionString;
 
+constexpr std::string_view kMark = "s3cr";
 constexpr std::string_view kSecret = "s3cr;et'\"}";
+
+bool isTold(std::string_view text) {
+  return text.find(kMark) != std::string_view::npos;
+}
 
 /// `read` of settings with a password: no error tells it.
 template <class Read>
@@ -20,8 +25,7 @@ void keepsSecret(const ConnectionString& settings, Read read) {
   try {
     read(settings);
   } catch (const com::Error& error) {
-    require(error.description().find(kSecret) == std::string::npos, "an error tells a password",
-            error.description());
+    require(!isTold(error.description()), "an error tells a password", error.description());
   }
 }
 
@@ -38,16 +42,15 @@ void readsBackTheSame(const ConnectionString& settings) {
 }  // namespace
 
 void run(std::string_view input) {
+  if (isTold(input)) return;
   try {
     ConnectionString settings(input);
     readsBackTheSame(settings);
     settings.set("Password", kSecret);
-    require(settings.toDisplay().find(kSecret) == std::string::npos, "a password is displayed",
-            settings.toDisplay());
+    require(!isTold(settings.toDisplay()), "a password is displayed", settings.toDisplay());
     settings.set("Extended Properties", ConnectionString(settings).toString());
     readsBackTheSame(settings);
-    require(settings.toDisplay().find("s3cr") == std::string::npos,
-            "a nested password is displayed", settings.toDisplay());
+    require(!isTold(settings.toDisplay()), "a nested password is displayed", settings.toDisplay());
     keepsSecret(settings, ado::embedded::readSettings);
     keepsSecret(settings, ado::odbc::driverString);
   } catch (const com::Error& error) {

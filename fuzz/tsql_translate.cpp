@@ -2,8 +2,8 @@
 
 #include "common/fuzz.h"
 #include "common/tsql_tables.h"
-#include "platform/tsql/parser.h"
-#include "platform/tsql/print.h"
+#include "platform/tsql/syntax/parser.h"
+#include "platform/tsql/syntax/print.h"
 #include "platform/tsql/translate.h"
 #include "tsql_translate/fake_catalog.h"
 #include "velmora/com/error.h"
