@@ -85,6 +85,12 @@ TEST(Csv, QuotesWhatNeedsItAndTellsNullFromEmptyText) {
             "AR1,\"客户,甲\",1200.50,2009-03-01\r\n"
             "AR22,\"say \"\"hi\"\"\n\",-3.00,\r\n"
             "\"\",,,\r\n");
+
+  ado::Rowset marked;  // not the mark of the file
+  marked.fields = {field("\uFEFFFID", ado::adInteger)};
+  out.str("");
+  writeCsv(out, *ado::Recordset::fromRowset(std::move(marked)));
+  EXPECT_EQ(out.str(), "\"\uFEFFFID\"\r\n");
 }
 
 }  // namespace

@@ -6,8 +6,14 @@ namespace velmora::cli {
 
 namespace {
 
+/// A byte-order mark at the start of the text would be taken for the file's.
+bool needsQuotes(const std::string& text) {
+  return text.empty() || text.starts_with("\xEF\xBB\xBF") ||
+         text.find_first_of(",\"\r\n") != std::string::npos;
+}
+
 void writeField(std::ostream& out, const std::string& text) {
-  if (!text.empty() && text.find_first_of(",\"\r\n") == std::string::npos) {
+  if (!needsQuotes(text)) {
     out << text;
     return;
   }
