@@ -86,11 +86,13 @@ TEST(Csv, QuotesWhatNeedsItAndTellsNullFromEmptyText) {
             "AR22,\"say \"\"hi\"\"\n\",-3.00,\r\n"
             "\"\",,,\r\n");
 
-  ado::Rowset marked;  // not the mark of the file
-  marked.fields = {field("\uFEFFFID", ado::adInteger)};
-  out.str("");
-  writeCsv(out, *ado::Recordset::fromRowset(std::move(marked)));
-  EXPECT_EQ(out.str(), "\"\uFEFFFID\"\r\n");
+  for (const char* name : {"\uFEFFFID", "{FID"}) {  // no mark of the file, no JSON
+    ado::Rowset rows;
+    rows.fields = {field(name, ado::adInteger)};
+    out.str("");
+    writeCsv(out, *ado::Recordset::fromRowset(std::move(rows)));
+    EXPECT_EQ(out.str(), '"' + std::string(name) + "\"\r\n");
+  }
 }
 
 }  // namespace

@@ -6,9 +6,10 @@ namespace velmora::cli {
 
 namespace {
 
-/// A byte-order mark at the start of the text would be taken for the file's.
+/// At the start of the file a byte-order mark would be taken for the file's and a brace for
+/// the start of JSON.
 bool needsQuotes(const std::string& text) {
-  return text.empty() || text.starts_with("\xEF\xBB\xBF") ||
+  return text.empty() || text.starts_with("\xEF\xBB\xBF") || text.starts_with('{') ||
          text.find_first_of(",\"\r\n") != std::string::npos;
 }
 
