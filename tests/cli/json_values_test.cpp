@@ -97,6 +97,9 @@ TEST(JsonRecordset, RefusesACellThatDoesNotFitAndSaysWhere) {
            Case{R"({"name":"F","type":"adDBDate"})", "[\"1 May\"]", "rows[0].F: expected a date"},
            Case{R"({"name":"F","type":"adMoney"})", "", "fields[0].type: expected a field type"},
            Case{R"({"name":"F","kind":"adInteger"})", "", "fields[0].kind: "},
+           Case{R"({"name":"F","type":"adDate"},{"name":"f","type":"adDate"})", "", "fields[1]: "},
+           Case{R"({"name":"F","type":"adNumeric","precision":5,"scale":6})", "", "fields[0]: "},
+           Case{"", "", "fields: expected at least one field"},
        })
     EXPECT_THAT(refusal(recordset(c.fields, c.rows)), HasSubstr(std::string("rs.") + c.says))
         << c.rows;

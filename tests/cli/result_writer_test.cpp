@@ -85,6 +85,14 @@ TEST(Csv, QuotesWhatNeedsItAndTellsNullFromEmptyText) {
             "AR1,\"客户,甲\",1200.50,2009-03-01\r\n"
             "AR22,\"say \"\"hi\"\"\n\",-3.00,\r\n"
             "\"\",,,\r\n");
+
+  for (const char* name : {"\uFEFFFID", "{FID"}) {  // no mark of the file, no JSON
+    ado::Rowset rows;
+    rows.fields = {field(name, ado::adInteger)};
+    out.str("");
+    writeCsv(out, *ado::Recordset::fromRowset(std::move(rows)));
+    EXPECT_EQ(out.str(), '"' + std::string(name) + "\"\r\n");
+  }
 }
 
 }  // namespace

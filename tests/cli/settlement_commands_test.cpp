@@ -77,6 +77,7 @@ TEST(TableFile, RefusesWhatIsNoNumber) {
   EXPECT_THAT(read("FID,FID\n1,2\n"), HasSubstr("already a column"));
   EXPECT_THAT(read(""), HasSubstr("expected a header line"));
   EXPECT_THAT(read("{\"fields\":7}"), HasSubstr("expected an array of fields"));
+  EXPECT_THAT(read("\uFEFF{\"fields\":7}"), HasSubstr("expected an array of fields"));
   EXPECT_THAT(failureOf([&] { readTable(folder.file("none"), kindOf); }), HasSubstr("cannot read"));
 }
 

@@ -163,6 +163,17 @@ void appendColumn(ado::Recordset& recordset, const Column& column) {
                             decimal ? column.precision : 0, column.scale.value_or(0));
 }
 
+void appendColumns(ado::Recordset& recordset, const std::vector<Column>& columns) {
+  if (columns.empty()) throw JsonError("expected at least one field", "fields");
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    try {
+      appendColumn(recordset, columns[i]);
+    } catch (const com::Error& error) {
+      throw JsonError(error.description(), "fields[" + std::to_string(i) + "]");
+    }
+  }
+}
+
 void appendRow(ado::Recordset& recordset, const std::vector<Column>& columns, const Json& row) {
   if (!row.is_array() || row.size() != columns.size())
     refuseCell("an array of " + std::to_string(columns.size()) + " cells", row);
@@ -222,7 +233,7 @@ ado::RecordsetRef recordsetFromJson(const Json& json) {
   static const Json kNoRows = Json::array();
   const Json& rows = json.contains("rows") ? json.at("rows") : kNoRows;
   settleScales(columns, rows);
-  for (const Column& column : columns) appendColumn(*recordset, column);
+  appendColumns(*recordset, columns);
   recordset->Open();
   forEachElement(rows, "rows", [&](const Json& row) { appendRow(*recordset, columns, row); });
   if (!recordset->BOF()) recordset->MoveFirst();

@@ -6,8 +6,15 @@ namespace velmora::cli {
 
 namespace {
 
+/// At the start of the file a byte-order mark would be taken for the file's and a brace for
+/// the start of JSON.
+bool needsQuotes(const std::string& text) {
+  return text.empty() || text.starts_with("\xEF\xBB\xBF") || text.starts_with('{') ||
+         text.find_first_of(",\"\r\n") != std::string::npos;
+}
+
 void writeField(std::ostream& out, const std::string& text) {
-  if (!text.empty() && text.find_first_of(",\"\r\n") == std::string::npos) {
+  if (!needsQuotes(text)) {
     out << text;
     return;
   }

@@ -83,8 +83,9 @@ RecordsetRef fromJson(const std::string& text) {
 }  // namespace
 
 RecordsetRef readTable(const std::string& file, const KindOfColumn& kindOf) {
+  constexpr std::string_view mark = "\xEF\xBB\xBF";  // editors begin UTF-8 files with it
   const std::string text = contentOf(file);
-  const auto first = text.find_first_not_of(" \t\r\n");
+  const auto first = text.find_first_not_of(" \t\r\n", text.starts_with(mark) ? mark.size() : 0);
   try {
     return first != std::string::npos && text[first] == '{' ? fromJson(text)
                                                             : fromCsv(text, kindOf);

@@ -46,6 +46,24 @@ Bound bindCast(ExpressionBinder& binder, const Expression& expression, const Exp
   return castTo(binder.context(), binder.bind(operand), type, expression.position, style);
 }
 
+Bound bindConvert(ExpressionBinder& binder, const Expression& expression,
+                  const ConvertExpression& node) {
+  const SqlType type = sqlType(node.type, 30);
+  std::optional<int> style;
+  if (node.style) {
+    const Bound bound = binder.bind(*node.style);
+    if (bound.isNull()) {
+      bindCast(binder, expression, *node.operand, type, std::nullopt);  // for its names alone
+      return constantOf(collections::Null{}, type);
+    }
+    if (!bound.constant || !bound.type.isInteger()) {
+      refuse(expression.position, "a style that is no integer constant");
+    }
+    style = bound.constant->toInt32();
+  }
+  return bindCast(binder, expression, *node.operand, type, style);
+}
+
 }  // namespace
 
 Bound ExpressionBinder::bind(const Expression& expression) {
@@ -88,17 +106,7 @@ Bound ExpressionBinder::bindNode(const Expression& expression) {
           [&](const CastExpression& node) {
             return bindCast(*this, expression, *node.operand, sqlType(node.type, 30), std::nullopt);
           },
-          [&](const ConvertExpression& node) {
-            std::optional<int> style;
-            if (node.style) {
-              const Bound bound = bind(*node.style);
-              if (!bound.constant || !bound.type.isInteger()) {
-                refuse(expression.position, "a style that is no integer constant");
-              }
-              style = bound.constant->toInt32();
-            }
-            return bindCast(*this, expression, *node.operand, sqlType(node.type, 30), style);
-          },
+          [&](const ConvertExpression& node) { return bindConvert(*this, expression, node); },
           [&](const FunctionCall& node) { return bindFunction(*this, expression, node); },
           [&](const ScalarSubquery& node) { return bindScalarSubquery(node); },
           [&](const auto&) -> Bound {

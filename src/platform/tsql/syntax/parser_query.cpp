@@ -42,7 +42,10 @@ std::optional<std::string> parseColumnAlias(Cursor& cursor) {
   const bool as = cursor.accept("AS");
   const TokenKind kind = cursor.peek().kind;
   if (kind == TokenKind::String || kind == TokenKind::NationalString) {
-    return unquoted(cursor.next().text);
+    std::string alias = unquoted(cursor.peek().text);
+    if (alias.empty()) cursor.unexpected("a name");
+    cursor.next();
+    return alias;
   }
   if (as || cursor.atName()) return cursor.expectName();
   cursor.want("a name");
