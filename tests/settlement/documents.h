@@ -73,8 +73,11 @@ inline ado::RecordsetRef recordsetOf(const Rows& rows, const std::string& missin
   auto rs = com::make<ado::Recordset>();
   for (const auto& column : integerColumns())
     if (column != missing) rs->Fields().Append(column, ado::adInteger);
-  for (const auto& column : amountColumns())
-    if (column != missing) rs->Fields().Append(column, ado::adNumeric, 0, 28, 4);
+  for (const auto& column : amountColumns()) {
+    const bool price = column == "FPrice" || column == "FTaxPrice";
+    if (column != missing)
+      rs->Fields().Append(column, ado::adNumeric, 0, price ? 38 : 28, price ? 20 : 4);
+  }
   rs->Fields().Append("FContractNo", ado::adVarWChar, 80);
   rs->Fields().Append("FOrderNo", ado::adVarWChar, 80);
   rs->Open();
