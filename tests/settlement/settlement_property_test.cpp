@@ -75,6 +75,7 @@ class Cases {
       const Decimal quantity =
           chance(20) ? 0 : Decimal::divide(signedAmount, price, std::min(decimals, 4));
       row = withQuantity(row, quantity, price, decimals);
+      row["FType"] = 1 + pick(2);
       row["FEntryID"] = 1 + pick(3);
       row["FID"] = 1 + pick(3);
       row["FCurrencyID"] = 1 + pick(2);

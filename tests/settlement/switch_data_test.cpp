@@ -59,7 +59,9 @@ class SwitchData : public testing::Test {
                             {"FRate", "6.8275"},
                             {"FPlaces", 1},
                             {"FText", "abc"},
-                            {"Fqty_plan", 7}};
+                            {"Fqty_plan", 7},
+                            {"FAmount_Plan", -8},
+                            {"FAmountFor_Plan", 9}};
       for (const auto& [column, value] : entries) rows_->Fields()(column).Value(value);
       vectorRows_->Add(dictionary(entries));
     }
@@ -205,15 +207,23 @@ TEST_F(SwitchData, DistributesAllOrLeavesTheRest) {
 }
 
 TEST_F(SwitchData, ConvertsUpToTheCheckAmount) {
-  setChecks({"1000", "500", "-1000"});
+  setChecks({"1000", "500", "-1000", "-100"});
   EXPECT_EQ(fill({conversion({{"FRateFieldName", "FRate"}})}), "");
-  EXPECT_THAT(column("FLocal"), ElementsAre("682.75", "500", "682.75"));
+  EXPECT_THAT(column("FLocal"), ElementsAre("682.75", "500", "682.75", "-100"));
   EXPECT_EQ(fill({conversion({{"FRateFieldName", "FRate"}, {"FDecimal", "FPlaces"}})}), "");
-  EXPECT_THAT(column("FLocal"), ElementsAre("682.8", "500", "682.8"));
+  EXPECT_THAT(column("FLocal"), ElementsAre("682.8", "500", "682.8", "-100"));
   EXPECT_EQ(fill({conversion({{"FRateFieldName", "FRate"}, {"FRateType", 1}})}), "");
-  EXPECT_THAT(column("FLocal"), ElementsAre("14.65", "14.65", "14.65"));
+  EXPECT_THAT(column("FLocal"), ElementsAre("14.65", "14.65", "14.65", "14.65"));
   EXPECT_EQ(fill({conversion({{"FRateFieldName", " "}})}), "");
-  EXPECT_THAT(column("FLocal"), ElementsAre("100", "100", "100"));
+  EXPECT_THAT(column("FLocal"), ElementsAre("100", "100", "100", "100"));
+
+  setChecks({"200", "50"});
+  for (rows_->MoveFirst(); !rows_->EOF_(); rows_->MoveNext())
+    rows_->Fields()("FSource").Value(-100);
+  EXPECT_EQ(fill({conversion({})}), "");
+  EXPECT_THAT(column("FLocal"), ElementsAre("100", "50"));
+  EXPECT_EQ(fillExt({conversion({})}, dictionary({{"bCanOverAmt", true}})), "");
+  EXPECT_THAT(column("FLocal"), ElementsAre("100", "-100"));
 }
 
 TEST_F(SwitchData, ConvertsAtLongRatesToTheFewerDecimals) {
@@ -285,6 +295,8 @@ TEST_F(SwitchData, ExtendedTakesASecondCheckAndTheRest) {
   EXPECT_EQ(option->Value("FAmount").toText(), "0");
   EXPECT_THAT(column("FLocal"), ElementsAre("30", "-10", "100")) << "over on the last row only";
   EXPECT_THAT(column("FQty_remain"), ElementsAre("7", "7", "7"));
+  EXPECT_THAT(column("FAmount_remain"), ElementsAre("-8", "-8", "-8"));
+  EXPECT_THAT(column("FAmountFor_remain"), ElementsAre("9", "9", "9"));
 }
 
 TEST_F(SwitchData, VectorRowsMakeNoSignTest) {
@@ -323,6 +335,7 @@ TEST_F(SwitchData, TellsWhatItCannotFill) {
            {conversion({{"FSrcFieldName", "FText"}}), "row 1, column FText: 'abc'"},
            {conversion({{"FSrcFieldName", "FNone"}}), "row 1, column FNone: "},
            {conversion({{"FDecimal", "FSource"}}), "column FSource: 100 is no number of decimals"},
+           {conversion({{"FDecimal", "FAmount_Plan"}}), "FAmount_Plan: -8 is no number of"},
            {conversion({{"FRateFieldName", "FAmount"}, {"FRateType", 1}}), "column FAmount: "}}) {
     rows_->Fields()("FAmount").Value(0);
     EXPECT_THAT(fill({given}), HasSubstr(part));
