@@ -1,5 +1,7 @@
 #include "settlement/allocation.h"
 
+#include <algorithm>
+
 #include "settlement/base_currency.h"
 #include "settlement/rounding.h"
 #include "velmora/com/cancellation.h"
@@ -44,15 +46,24 @@ class Allocation {
       if (innerSize < outerSize) {
         settle(inner_, innerAmounts, outer_, outerAmounts, openInner, 2, bothDone);
         openOuter -= signed_(openInner);
+        finish(UsedUp::inner, innerAmounts, outerAmounts);
       } else {
         settle(outer_, outerAmounts, inner_, innerAmounts, openOuter, 4, bothDone);
         openOuter = 0;
+        finish(UsedUp::outer, innerAmounts, outerAmounts);
       }
-      settlement_.pairRows.append(innerAmounts, inner_, outerAmounts, outer_,
-                                  *settlement_.rsChkInfo);
-      settlement_.remaining.complete(*settlement_.rsChkInfo);
       if (!bothDone) first_.MoveNext();
     }
+  }
+
+  /// Nothing of the pair is written before all of it is known to be right.
+  void finish(UsedUp usedUp, const PairAmounts& innerAmounts, const PairAmounts& outerAmounts) {
+    const auto rows =
+        settlement_.pairRows.rowsOf(usedUp, innerAmounts, inner_, outerAmounts, outer_);
+    for (const auto& row : rows) settlement_.remaining.complete(*row);
+    inner_.update();
+    outer_.update();
+    for (const auto& row : rows) settlement_.rsChkInfo->Add(row);
   }
 
   /// Uses up the open amount `open` of one document on the other.
@@ -108,22 +119,21 @@ class Allocation {
                               bool bothDone) const {
     if (document.number(FQty).isZero()) return 0;
     const Decimal open = document.number(FRemainQty);
-    Decimal share = signed_(quantityFor(document, amount, usualPlaces));
-    if (bothDone || share.abs() >= open.abs()) share = open;
+    Decimal share = bothDone ? open : signed_(quantityFor(document, amount, usualPlaces));
+    if (share.abs() >= open.abs()) share = open;
     document.add(FCheckQty, share);
     document.add(FRemainQty, -share);
     return share;
   }
 
   static Decimal quantityFor(const OpenDocument& document, const Decimal& amount, int usualPlaces) {
-    const int places = document.has(FQtyDecimal) ? document.places(FQtyDecimal) : usualPlaces;
-    if (document.has(FPrice)) {
-      const Decimal price = document.number(FPrice);
-      return price.isZero() ? 0 : roundedQuotient(amount, price, places);
-    }
-    // The price is the document's amount by its quantity.
-    const Decimal whole = document.number(FAmountFor);
-    return whole.isZero() ? 0 : roundedQuotient(amount * document.number(FQty), whole, places);
+    // Without a price it is the document's amount by its quantity.
+    const bool priced = document.has(FPrice);
+    const Decimal divisor = document.number(priced ? FPrice : FAmountFor);
+    if (amount.isZero() || divisor.isZero()) return 0;
+    const int asked = document.has(FQtyDecimal) ? document.places(FQtyDecimal) : usualPlaces;
+    return RoundAmount({amount, priced ? 1 : document.number(FQty), divisor},
+                       std::min(asked, document.quantityDecimals()));
   }
 
   /// What is open after the pair; 0 where the mode has no columns.

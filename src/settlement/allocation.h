@@ -17,7 +17,7 @@ struct Settlement {
   PairRows pairRows;
   std::int32_t lCheckAmtFor = 0, lCheckWithQty = 0;
   collections::VectorRef rsChkInfo;
-  RemainingAmounts remaining = {};
+  RemainingAmounts remaining;
   bool databaseAsked = false;
 };
 
@@ -34,7 +34,8 @@ enum class Sign { withinSide, acrossSides };
 /// A settled document leaves the view at once, so that every step uses up a document:
 /// the cost is that of the documents and pairs.
 ///
-/// Raises when a column is missing or a value is no number; what was settled stays.
+/// Raises when a column is missing, a value is no number or a result does not fit its
+/// column; what was settled stays, the pair at work is left as it was.
 void AllocatePair(Settlement& settlement, Side& first, Side& second, Sign sign,
                   const std::string& firstFilter, const std::string& secondFilter);
 

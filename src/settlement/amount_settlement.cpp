@@ -63,9 +63,14 @@ void AmtSettlement(const std::string& sDsn, const ado::RecordsetRef& rsSrcBill,
   const DictionaryRef dFields = BuildFieldMap(lCheckAmtFor, lCheckWithQty);
   dFields->Set("sDsn", sDsn);
   const DictionaryRef dCopyMap = BuildCopyMap();
-  Settlement settlement{
-      dFields,      dCopyMap,      PairRows(*dCopyMap, *BuildMirrorMap(), lCheckAmtFor == 1),
-      lCheckAmtFor, lCheckWithQty, rsChkInfo};
+  const bool withQuantities = lCheckWithQty != 0 && lCheckAmtFor == 0;
+  Settlement settlement{dFields,
+                        dCopyMap,
+                        PairRows(*dCopyMap, *BuildMirrorMap(), lCheckAmtFor == 1, withQuantities),
+                        lCheckAmtFor,
+                        lCheckWithQty,
+                        rsChkInfo,
+                        RemainingAmounts(withQuantities)};
   Side source{"rsSrcBill", rsSrcBill}, destination{"rsDestBill", rsDestBill};
   if (groups->Count() == 0) return SettleGroup(settlement, source, destination, {});
   for (std::size_t i = 0; i < groups->Count(); ++i)

@@ -1,5 +1,7 @@
 #include "settlement/open_documents.h"
 
+#include <algorithm>
+
 #include "settlement/numbers.h"
 #include "velmora/com/error.h"
 
@@ -7,6 +9,19 @@ namespace velmora::settlement {
 
 using collections::Decimal;
 using collections::Dictionary;
+
+namespace {
+
+/// The fewest decimals among the columns; those of a number where there are none.
+int fewestDecimals(const ado::Recordset& rows,
+                   std::initializer_list<std::optional<std::size_t>> columns) {
+  int decimals = Decimal::kMaxDigits;
+  for (const auto& column : columns)
+    if (column) decimals = std::min(decimals, rows.definition(*column).decimals());
+  return decimals;
+}
+
+}  // namespace
 
 DocumentColumns::DocumentColumns(const ado::Recordset& rows, const Dictionary& fieldMap,
                                  const Dictionary& copyMap)
@@ -19,11 +34,12 @@ DocumentColumns::DocumentColumns(const ado::Recordset& rows, const Dictionary& f
     const std::string rule = copyMap.Item(i).toText();
     copies.push_back(rows.fieldIndex(std::string_view(rule).substr(rule.find('|') + 1)));
   }
+  quantityDecimals = fewestDecimals(rows, {fields[FCheckQty], fields[FRemainQty]});
 }
 
 Decimal OpenDocument::number(DocumentField field) const {
   if (!has(field)) return 0;
-  const ado::Variant& value = cells_[column(field)];
+  const ado::Variant& value = current(column(field));
   if (const auto number = tryNumber(value)) return *number;
   failNumber(value, described(column(field)));
 }
@@ -33,9 +49,8 @@ int OpenDocument::places(DocumentField field) const {
 }
 
 void OpenDocument::set(DocumentField field, const Decimal& value) {
-  setCell(column(field), value);
   // Rounded to the column's decimals, documents and settlement rows would differ.
-  if (tryNumber(cells_[column(field)]) != value)
+  if (tryNumber(change(column(field), value)) != value)
     throw com::Error(com::error::kAdoDataConversion, "clsPublic",
                      described(column(field)) + ": " + value.normalized().toString() +
                          " has more decimals than the column");
@@ -45,13 +60,20 @@ void OpenDocument::add(DocumentField field, const Decimal& change) {
   set(field, number(field) + change);
 }
 
-void OpenDocument::markSettled() {
-  setCell(columns_.FRemark, 1);
+void OpenDocument::update() {
+  for (const auto& [column, value] : changes_) rows_.SetValue(column, value);
+  changes_.clear();
 }
 
-void OpenDocument::setCell(std::size_t column, const ado::Variant& value) {
+const ado::Variant& OpenDocument::current(std::size_t column) const {
+  for (const auto& [changed, value] : changes_)
+    if (changed == column) return value;
+  return cells_[column];
+}
+
+const ado::Variant& OpenDocument::change(std::size_t column, const ado::Variant& value) {
   try {
-    rows_.SetValue(column, value);
+    return changes_.emplace_back(column, rows_.ConvertedValue(column, value)).second;
   } catch (const com::Error& error) {
     throw com::Error(error.number(), error.source(),
                      described(column) + ": " + error.description());

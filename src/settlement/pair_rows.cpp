@@ -1,5 +1,9 @@
 #include "settlement/pair_rows.h"
 
+#include <algorithm>
+#include <initializer_list>
+#include <iterator>
+
 #include "settlement/row_maps.h"
 
 namespace velmora::settlement {
@@ -7,19 +11,55 @@ namespace velmora::settlement {
 using collections::Dictionary;
 using collections::DictionaryRef;
 using collections::Variant;
-using collections::Vector;
 
 namespace {
 
-/// The keys that the allocation computes; the copied ones follow them.
-constexpr const char* kComputed[] = {
+/// The keys that the allocation computes.
+constexpr std::string_view kComputed[] = {
     "FCheckAmountFor",  "FCheckAmountFor_SRC",  "FCheckAmount",    "FCheckAmount_SRC",
     "FRemainAmountFor", "FRemainAmountFor_SRC", "FRemainAmount",   "FRemainAmount_SRC",
     "FCheckQuantity",   "FCheckQuantity_SRC",   "FRemainQuantity", "FRemainQuantity_SRC"};
 
+std::size_t computedIndex(std::string_view key) {
+  return static_cast<std::size_t>(std::ranges::find(kComputed, key) - std::begin(kComputed));
+}
+
+/// The computed keys in the order in which a pair is settled: local amounts, quantities,
+/// amounts, and of the first two the used-up document's share before the other's. Files of
+/// settlement rows show them so.
+std::vector<std::string> computedKeys(UsedUp usedUp, bool withQuantities) {
+  std::vector<std::string> keys;
+  const auto add = [&keys](std::initializer_list<const char*> more) {
+    keys.insert(keys.end(), more.begin(), more.end());
+  };
+  const bool innerFirst = usedUp == UsedUp::inner;
+  if (innerFirst)
+    add({"FCheckAmount", "FCheckAmount_SRC"});
+  else
+    add({"FCheckAmount_SRC", "FCheckAmount"});
+  add({"FRemainAmount", "FRemainAmount_SRC"});
+  if (!withQuantities)
+    add({"FCheckQuantity", "FCheckQuantity_SRC", "FRemainQuantity", "FRemainQuantity_SRC"});
+  else if (innerFirst)
+    add({"FCheckQuantity", "FRemainQuantity", "FCheckQuantity_SRC", "FRemainQuantity_SRC"});
+  else
+    add({"FCheckQuantity_SRC", "FCheckQuantity", "FRemainQuantity", "FRemainQuantity_SRC"});
+  add({"FCheckAmountFor", "FCheckAmountFor_SRC", "FRemainAmountFor", "FRemainAmountFor_SRC"});
+  return keys;
+}
+
 }  // namespace
 
-PairRows::PairRows(const Dictionary& copyMap, const Dictionary& mirrorMap, bool singleAmount) {
+PairRows::PairRows(const Dictionary& copyMap, const Dictionary& mirrorMap, bool singleAmount,
+                   bool withQuantities) {
+  for (const UsedUp usedUp : {UsedUp::inner, UsedUp::outer})
+    layouts_[static_cast<std::size_t>(usedUp)] =
+        layoutOf(usedUp, copyMap, mirrorMap, singleAmount, withQuantities);
+}
+
+PairRows::Layout PairRows::layoutOf(UsedUp usedUp, const Dictionary& copyMap,
+                                    const Dictionary& mirrorMap, bool singleAmount,
+                                    bool withQuantities) {
   Sources sources;
   // A row whose values are positions in `sources`: exchanging them tells which value
   // each key gets.
@@ -28,8 +68,8 @@ PairRows::PairRows(const Dictionary& copyMap, const Dictionary& mirrorMap, bool 
     row->Add(key, static_cast<std::int64_t>(sources.size()));
     sources.push_back(source);
   };
-  for (std::size_t i = 0; i < std::size(kComputed); ++i)
-    addKey(kComputed[i], {Source::Kind::computed, i});
+  for (const std::string& key : computedKeys(usedUp, withQuantities))
+    addKey(key, {Source::Kind::computed, computedIndex(key)});
   for (std::size_t i = 0; i < copyMap.Count(); ++i) {
     const bool first = copyMap.Item(i).toText().starts_with("1|");
     addKey(copyMap.Key(i), {first ? Source::Kind::inner : Source::Kind::outer, i});
@@ -40,20 +80,23 @@ PairRows::PairRows(const Dictionary& copyMap, const Dictionary& mirrorMap, bool 
       chosen.push_back(sources[static_cast<std::size_t>(row->Item(i).toInt64())]);
     return chosen;
   };
-  keys_ = row->Clone();
+  Layout layout;
+  layout.keys = row->Clone();
   if (singleAmount) {
     for (const std::string key : {"FCheckAmount", "FRemainAmount"})
       for (const char* end : {"", "_SRC"}) SwapValues(*row, key + "For" + end, key + end);
   }
-  row_ = sourcesOf();
+  layout.row = sourcesOf();
   for (std::size_t i = 0; i < mirrorMap.Count(); ++i)
     SwapValues(*row, mirrorMap.Key(i), mirrorMap.Item(i).toText());
-  mirror_ = sourcesOf();
+  layout.mirror = sourcesOf();
+  return layout;
 }
 
-void PairRows::append(const PairAmounts& innerAmounts, const OpenDocument& inner,
-                      const PairAmounts& outerAmounts, const OpenDocument& outer,
-                      Vector& rsChkInfo) {
+std::array<DictionaryRef, 2> PairRows::rowsOf(UsedUp usedUp, const PairAmounts& innerAmounts,
+                                              const OpenDocument& inner,
+                                              const PairAmounts& outerAmounts,
+                                              const OpenDocument& outer) {
   auto computed = computed_.begin();
   for (const auto amount :
        {&PairAmounts::checkAmountFor, &PairAmounts::checkAmount, &PairAmounts::remainAmountFor,
@@ -61,12 +104,12 @@ void PairRows::append(const PairAmounts& innerAmounts, const OpenDocument& inner
     *computed++ = innerAmounts.*amount;
     *computed++ = outerAmounts.*amount;
   }
-  addRow(row_, inner, outer, rsChkInfo);
-  addRow(mirror_, inner, outer, rsChkInfo);
+  const Layout& layout = layouts_[static_cast<std::size_t>(usedUp)];
+  return {made(layout, layout.row, inner, outer), made(layout, layout.mirror, inner, outer)};
 }
 
-void PairRows::addRow(const Sources& sources, const OpenDocument& inner, const OpenDocument& outer,
-                      Vector& rsChkInfo) const {
+DictionaryRef PairRows::made(const Layout& layout, const Sources& sources,
+                             const OpenDocument& inner, const OpenDocument& outer) const {
   std::vector<Variant> values;
   values.reserve(sources.size());
   for (const auto [kind, index] : sources) {
@@ -75,7 +118,7 @@ void PairRows::addRow(const Sources& sources, const OpenDocument& inner, const O
     else
       values.push_back((kind == Source::Kind::inner ? inner : outer).copied(index));
   }
-  rsChkInfo.Add(keys_->CloneWith(std::move(values)));
+  return layout.keys->CloneWith(std::move(values));
 }
 
 }  // namespace velmora::settlement

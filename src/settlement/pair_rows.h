@@ -5,7 +5,6 @@
 
 #include "settlement/open_documents.h"
 #include "velmora/collections/dictionary.h"
-#include "velmora/collections/vector.h"
 
 namespace velmora::settlement {
 
@@ -15,18 +14,23 @@ struct PairAmounts {
   collections::Decimal remainAmountFor, remainAmount, remainQuantity;
 };
 
-/// Makes the settlement row of a pair and its mirror. All rows share their keys.
+/// Which document of a pair is used up; the outer one when both are.
+enum class UsedUp : std::size_t { inner, outer };
+
+/// Makes the settlement row of a pair and its mirror. All rows with the same document
+/// used up share their keys.
 class PairRows {
  public:
   /// `singleAmount`: rows carry one amount, which is the local one in the result.
   PairRows(const collections::Dictionary& copyMap, const collections::Dictionary& mirrorMap,
-           bool singleAmount);
+           bool singleAmount, bool withQuantities);
 
-  /// Appends both rows: the one of the first recordset's document (`inner`), and the
-  /// same pair seen from the second's (`outer`).
-  void append(const PairAmounts& innerAmounts, const OpenDocument& inner,
-              const PairAmounts& outerAmounts, const OpenDocument& outer,
-              collections::Vector& rsChkInfo);
+  /// The row of the first recordset's document (`inner`), and the same pair seen from the
+  /// second's (`outer`).
+  std::array<collections::DictionaryRef, 2> rowsOf(UsedUp usedUp, const PairAmounts& innerAmounts,
+                                                   const OpenDocument& inner,
+                                                   const PairAmounts& outerAmounts,
+                                                   const OpenDocument& outer);
 
  private:
   /// Where the value under a key comes from.
@@ -36,12 +40,20 @@ class PairRows {
   };
   using Sources = std::vector<Source>;
 
-  void addRow(const Sources& sources, const OpenDocument& inner, const OpenDocument& outer,
-              collections::Vector& rsChkInfo) const;
+  /// The keys in their order, and where their values come from.
+  struct Layout {
+    collections::DictionaryRef keys;
+    Sources row, mirror;
+  };
 
-  collections::DictionaryRef keys_;
+  static Layout layoutOf(UsedUp usedUp, const collections::Dictionary& copyMap,
+                         const collections::Dictionary& mirrorMap, bool singleAmount,
+                         bool withQuantities);
+  collections::DictionaryRef made(const Layout& layout, const Sources& sources,
+                                  const OpenDocument& inner, const OpenDocument& outer) const;
+
+  std::array<Layout, 2> layouts_;                  // by UsedUp
   std::array<collections::Decimal, 12> computed_;  // of the pair at work
-  Sources row_, mirror_;
 };
 
 }  // namespace velmora::settlement

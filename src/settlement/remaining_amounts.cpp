@@ -80,7 +80,8 @@ class RemainingAmounts::Row {
     if (const auto number = tryNumber(value(key))) return *number;
     failNumber(value(key), "rsChkInfo, row " + std::to_string(number_) + ", " + kKeys[key]);
   }
-  void set(Key key, const Decimal& number) { row_.SetItem(positions_[key], number); }
+  bool hasNumber(Key key) const { return tryNumber(value(key)).has_value(); }
+  void set(Key key, const Variant& number) { row_.SetItem(positions_[key], number); }
 
  private:
   Dictionary& row_;
@@ -112,32 +113,51 @@ Totals& RemainingAmounts::totalsOf(const Row& row) {
 }
 
 void RemainingAmounts::complete(const Vector& rsChkInfo) {
-  for (; completed_ < rsChkInfo.Size(); ++completed_) {
+  while (completed_ < rsChkInfo.Size()) {
     const Variant& item = rsChkInfo.Item(completed_);
-    auto dictionary = item.type() == collections::VarType::object ? item.toObject().as<Dictionary>()
-                                                                  : DictionaryRef();
+    const auto dictionary = item.type() == collections::VarType::object
+                                ? item.toObject().as<Dictionary>()
+                                : DictionaryRef();
     if (!dictionary)
       throw com::Error(com::error::kTypeMismatch, "clsPublic",
                        "rsChkInfo, row " + std::to_string(completed_ + 1) + ": no Dictionary");
-    if (!last_ || !dictionary->SharesKeys(*last_)) positions_ = positionsIn<Positions>(*dictionary);
-    last_ = std::move(dictionary);
-    Row row(*last_, positions_, completed_ + 1);
-    complete(row);
+    complete(*dictionary);
   }
+}
+
+void RemainingAmounts::complete(Dictionary& dictionary) {
+  Row row(dictionary, positionsOf(dictionary), completed_ + 1);
+  complete(row);
+  ++completed_;
+}
+
+const RemainingAmounts::Positions& RemainingAmounts::positionsOf(Dictionary& row) {
+  for (const Layout& layout : layouts_)
+    if (layout.row && row.SharesKeys(*layout.row)) return layout.positions;
+  std::swap(layouts_[0], layouts_[1]);
+  layouts_[0] = {DictionaryRef(&row), positionsIn<Positions>(row)};
+  return layouts_[0].positions;
 }
 
 void RemainingAmounts::complete(Row& row) {
   Totals& totals = totalsOf(row);
   const Decimal amountFor = row.number(FCheckAmountFor);
   const Decimal amount = row.number(FCheckAmount);
-  const Decimal size = row.number(FCheckQuantity).abs();
-  const Decimal quantity = amountFor.sign() > 0 ? size : -size;
-  row.set(FCheckQuantity, quantity);
-  row.set(FRemainQuantity, row.number(FBillRemainQty) - quantity - totals.quantity);
+  completeQuantity(row, totals, amountFor.sign() > 0);
   row.set(FRemainAmountFor, row.number(FBillRemainAmountFor) - totals.amountFor - amountFor);
   row.set(FRemainAmount, row.number(FBillRemainAmount) - amount - totals.amount);
   totals.amountFor += amountFor;
   totals.amount += amount;
+}
+
+void RemainingAmounts::completeQuantity(Row& row, Totals& totals, bool increases) {
+  // Documents without quantities may hold anything there when nobody asks for them.
+  if (!withQuantities_ && !(row.hasNumber(FCheckQuantity) && row.hasNumber(FBillRemainQty)))
+    return row.set(FRemainQuantity, collections::Null());
+  const Decimal size = row.number(FCheckQuantity).abs();
+  const Decimal quantity = increases ? size : -size;
+  row.set(FCheckQuantity, quantity);
+  row.set(FRemainQuantity, row.number(FBillRemainQty) - quantity - totals.quantity);
   totals.quantity += quantity;
 }
 

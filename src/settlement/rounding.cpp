@@ -1,24 +1,18 @@
 #include "settlement/rounding.h"
 
+#include "velmora/com/error.h"
+
 namespace velmora::settlement {
 
 using collections::Decimal;
 
-namespace {
-
-constexpr Decimal kLargest(std::int64_t{922'337'203'685'478});
-
-}  // namespace
-
-Decimal RoundAmount(const collections::Variant& value, int places) {
-  if (value.isNull()) return 0;
-  const Decimal amount = value.toDecimal();
-  return amount.abs() > kLargest ? Decimal(0) : amount.rounded(places);
-}
-
-Decimal roundedQuotient(const Decimal& dividend, const Decimal& divisor, int places) {
-  if (!divisor.isZero() && dividend.abs() > divisor.abs() * kLargest) return 0;
-  return Decimal::divide(dividend, divisor, places);
+Decimal RoundAmount(const collections::Fraction& value, int places) {
+  constexpr std::int64_t largest = 922'337'203'685'478;
+  if (value.exceeds(largest)) return 0;
+  if (const auto amount = value.tryRounded(places)) return *amount;
+  throw com::Error(com::error::kOverflow, "clsPublic",
+                   "an amount with " + std::to_string(places) + " decimals needs more than " +
+                       std::to_string(Decimal::kMaxDigits) + " digits");
 }
 
 }  // namespace velmora::settlement

@@ -1,5 +1,6 @@
 #include "settlement/switch_data.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "frame/call/text.h"
@@ -12,6 +13,7 @@ namespace velmora::settlement {
 using collections::Decimal;
 using collections::Dictionary;
 using collections::DictionaryRef;
+using collections::Fraction;
 using collections::Variant;
 using collections::Vector;
 
@@ -38,6 +40,8 @@ class Option {
 
   std::string target, check, secondCheck, source, places, rate;  // empty: none
   bool distributes, divides = false;
+  /// A row took all that was left: what its column could not hold is for no other row.
+  bool usedUp = false;
 
  private:
   DictionaryRef dictionaryOf(const Variant& item) const {
@@ -91,19 +95,27 @@ class Filling {
   bool takesRest() const { return rules_.lastTakesRest && rows_.atLast(); }
 
   void distribute(Option& option) {
-    const Decimal taken = share(option.amount(), available(option));
+    const Decimal taken = share(option);
     rows_.set(option.target, taken);
     option.lowerAmountBy(taken);
   }
 
-  Decimal share(const Decimal& amount, const Decimal& most) {
-    if (amount.isZero()) return 0;
+  /// What the row takes, as its column holds it.
+  Decimal share(Option& option) {
+    const Decimal amount = option.amount();
+    if (amount.isZero() || option.usedUp) return 0;
+    const int decimals = rows_.decimals(option.target);
+    const Decimal most = available(option).rounded(decimals);
     if (rules_.testsSign && amount.sign() * most.sign() <= 0)
       return rules_.oppositeTakesWhole ? most : Decimal(0);
-    const bool exceeds = amount.abs() > most.abs();
-    if (exceeds && takesRest()) return amount;
-    if (amount.abs() >= most.abs()) takenWhole_ = true;
-    return exceeds ? most : amount;
+    const auto exceeds = amount.abs() <=> most.abs();
+    const bool takesMost = exceeds > 0 ? !takesRest() : exceeds == 0 && rules_.equalTakesWhole;
+    if (takesMost) {
+      takenWhole_ = true;
+      return most;
+    }
+    option.usedUp = true;
+    return amount.rounded(decimals);
   }
 
   /// The source amount in the other currency, at most what the row may take.
@@ -124,11 +136,11 @@ class Filling {
           return rows_.where(option.places);
         });
     const Decimal rate = option.rate.empty() ? 1 : rows_.number(option.rate);
-    if (!option.divides) return RoundAmount(amount * rate, places);
-    if (rate.isZero())
+    if (option.divides && rate.isZero())
       throw com::Error(com::error::kDivisionByZero, "clsPublic",
                        rows_.where(option.rate) + ": an amount cannot be divided by the rate 0");
-    return roundedQuotient(amount, rate, places);
+    const Fraction value = option.divides ? Fraction(amount, 1, rate) : Fraction(amount, rate, 1);
+    return RoundAmount(value, std::min(places, rows_.decimals(option.target)));
   }
 
   void copyPlanned() {
@@ -185,6 +197,7 @@ void GetSwitchDataExt(ado::Recordset& rsEntry, const Vector& vOption,
                       const DictionaryRef& dFilter) {
   SwitchRules rules;
   rules.oppositeTakesWhole = true;
+  rules.equalTakesWhole = false;
   rules.lessSecondCheck = true;
   rules.lastTakesRest = flag(dFilter, "bCanOverAmt");
   rules.copiesPlanned = flag(dFilter, "bCopyFields");
@@ -194,6 +207,7 @@ void GetSwitchDataExt(ado::Recordset& rsEntry, const Vector& vOption,
 void GetSwitchVectData(const Vector& rsEntry, const Vector& vOption) {
   SwitchRules rules;
   rules.testsSign = false;
+  rules.equalTakesWhole = false;
   rules.keepsTakenWhole = false;
   VectorRows rows(rsEntry);
   fillSwitchData(rows, vOption, rules);

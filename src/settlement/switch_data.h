@@ -14,6 +14,9 @@ struct SwitchRules {
   bool oppositeTakesWhole = false;
   /// A row that gave its whole amount gives it for the later columns too.
   bool keepsTakenWhole = true;
+  /// A row with exactly the amount left to distribute gives its own; else it takes the
+  /// one left.
+  bool equalTakesWhole = true;
   /// FChkFieldName2 of an option lowers what a row may take.
   bool lessSecondCheck = false;
   /// The last row takes the whole rest, even beyond its amount.
@@ -23,7 +26,8 @@ struct SwitchRules {
 };
 
 /// Fills the target columns of `rows`, one option dictionary a column (see
-/// _clsPublic::GetSwitchData), and lowers the options' FAmount by what the rows took.
+/// _clsPublic::GetSwitchData), and lowers the options' FAmount by what the rows took, as
+/// their columns hold it: rows and rest always make up the amount.
 /// Raises naming option, or row and column; rows filled before stay filled.
 void fillSwitchData(SwitchRows& rows, const collections::Vector& vOption, const SwitchRules& rules);
 

@@ -53,6 +53,11 @@ void RecordsetRows::set(const std::string& column, const Variant& value) {
   named(where(column), [&] { rows_.SetValue(rows_.fieldIndex(column), value); });
 }
 
+int RecordsetRows::decimals(const std::string& column) const {
+  return named(where(column),
+               [&] { return rows_.definition(rows_.fieldIndex(column)).decimals(); });
+}
+
 bool VectorRows::next() {
   if (row_ == rows_.Size()) return false;
   const Variant& item = rows_.Item(row_++);

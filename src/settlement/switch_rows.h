@@ -20,6 +20,9 @@ class SwitchRows {
   /// The current row's value. Raises naming the column when there is none.
   virtual collections::Variant value(const std::string& column) const = 0;
   virtual void set(const std::string& column, const collections::Variant& value) = 0;
+  /// Digits that the column keeps after the point; those of a number without limit.
+  /// Raises naming the column when there is none.
+  virtual int decimals(const std::string& column) const = 0;
 
   /// Raises naming row and column when the value is no number.
   collections::Decimal number(const std::string& column) const;
@@ -37,6 +40,7 @@ class RecordsetRows final : public SwitchRows {
   bool atLast() const override;
   collections::Variant value(const std::string& column) const override;
   void set(const std::string& column, const collections::Variant& value) override;
+  int decimals(const std::string& column) const override;
 
  private:
   ado::Recordset& rows_;
@@ -50,6 +54,9 @@ class VectorRows final : public SwitchRows {
   bool atLast() const override { return row_ == rows_.Size(); }
   collections::Variant value(const std::string& column) const override;
   void set(const std::string& column, const collections::Variant& value) override;
+  int decimals(const std::string& /*column*/) const override {
+    return collections::Decimal::kMaxDigits;
+  }
 
  private:
   const collections::Vector& rows_;

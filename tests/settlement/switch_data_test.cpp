@@ -43,9 +43,11 @@ class SwitchData : public testing::Test {
   void setChecks(const std::vector<std::string>& checks) {
     rows_ = com::make<ado::Recordset>();
     for (const char* column :
-         {"FAmount", "FLocal", "FCheck", "FUsed", "FSource", "FRate", "Fqty_plan", "FQty_remain",
+         {"FAmount", "FLocal", "FCheck", "FUsed", "FSource", "Fqty_plan", "FQty_remain",
           "FAmount_Plan", "FAmount_remain", "FAmountFor_Plan", "FAmountFor_remain"})
       rows_->Fields().Append(column, ado::adNumeric, 0, 28, 4);
+    rows_->Fields().Append("FCents", ado::adNumeric, 0, 28, 2);
+    rows_->Fields().Append("FRate", ado::adNumeric, 0, 38, 20);
     rows_->Fields().Append("FPlaces", ado::adInteger);
     rows_->Fields().Append("FText", ado::adVarWChar, 20);
     rows_->Open();
@@ -58,16 +60,16 @@ class SwitchData : public testing::Test {
                             {"FRate", "6.8275"},
                             {"FPlaces", 1},
                             {"FText", "abc"},
-                            {"Fqty_plan", 7}};
+                            {"Fqty_plan", 7},
+                            {"FAmount_Plan", -8},
+                            {"FAmountFor_Plan", 9}};
       for (const auto& [column, value] : entries) rows_->Fields()(column).Value(value);
       vectorRows_->Add(dictionary(entries));
     }
   }
-  static DictionaryRef distribution(const Variant& amount) {
-    return dictionary({{"FType", 0},
-                       {"FAmount", amount},
-                       {"FFieldName", "FAmount"},
-                       {"FChkFieldName", "FCheck"}});
+  static DictionaryRef distribution(const Variant& amount, const char* target = "FAmount") {
+    return dictionary(
+        {{"FType", 0}, {"FAmount", amount}, {"FFieldName", target}, {"FChkFieldName", "FCheck"}});
   }
   static DictionaryRef conversion(const Entries& more) {
     Entries entries{{"FType", 1},
@@ -137,6 +139,33 @@ TEST_F(SwitchData, DistributesInOrderUpToTheCheckAmount) {
   }
 }
 
+TEST_F(SwitchData, DistributesWhatTheColumnHolds) {
+  struct Case {
+    std::vector<std::string> checks;
+    const char* amount;
+    std::vector<std::string> received;
+    std::string left;
+    bool over = false;
+  };
+  for (const Case& given : {Case{{"60.555", "50"}, "100", {"60.56", "39.44"}, "0"},
+                            {{"50", "50"}, "39.445", {"39.45", "0"}, "-0.005"},
+                            {{"50", "50"}, "39.444", {"39.44", "0"}, "0.004"},
+                            {{"60.555", "10"}, "60.557", {"60.56", "0"}, "-0.003"},
+                            {{"-60.555", "0.004", "-60"}, "-100", {"-60.56", "0", "-39.44"}, "0"},
+                            {{"-10.005", "200"}, "100", {"-10.01", "110.01"}, "0"},
+                            {{"30", "40"}, "100.005", {"30", "70.01"}, "-0.005", true}}) {
+    setChecks(given.checks);
+    const auto option = distribution(Decimal::parse(given.amount), "FCents");
+    EXPECT_EQ(fillExt({option}, dictionary({{"bCanOverAmt", given.over}})), "");
+    EXPECT_EQ(column("FCents"), given.received) << given.amount;
+    EXPECT_EQ(option->Value("FAmount").toText(), given.left);
+  }
+  setChecks({"60.555"});
+  const auto option = distribution(100);
+  EXPECT_EQ(fillVector({option}), "");
+  EXPECT_EQ(option->Value("FAmount").toText(), "39.445") << "a dictionary holds every digit";
+}
+
 /// Whatever the rows take, and however: with what is left it is the amount given, and no
 /// row takes more than it may, but for the last one where it may take the rest.
 TEST_F(SwitchData, DistributesAllOrLeavesTheRest) {
@@ -150,7 +179,9 @@ TEST_F(SwitchData, DistributesAllOrLeavesTheRest) {
     for (auto& check : checks) check = (below(6) == 0 ? Decimal(0) : amount()).toString();
     setChecks(checks);
     const Decimal given = below(10) == 0 ? Decimal(0) : amount();
-    const auto option = distribution(given);
+    const bool cents = below(2) == 0;
+    const char* target = cents ? "FCents" : "FAmount";
+    const auto option = distribution(given, target);
     const int way = below(6);
     const bool extended = way >= 2 && way < 5, second = way == 4, over = way == 3;
     if (second) option->Set("FChkFieldName2", "FUsed");
@@ -161,13 +192,14 @@ TEST_F(SwitchData, DistributesAllOrLeavesTheRest) {
     else
       EXPECT_EQ(fillVector({option}), "");
 
-    const auto received = way == 5 ? vectorColumn("FAmount") : column("FAmount");
+    const auto received = way == 5 ? vectorColumn(target) : column(target);
     Decimal sum = option->Value("FAmount").toDecimal();
     for (std::size_t row = 0; row < received.size(); ++row) {
       const Decimal taken = Decimal::parse(received[row]);
       sum = sum + taken;
       if (over && row + 1 == received.size()) continue;
-      EXPECT_LE(taken.abs(), (Decimal::parse(checks[row]) - Decimal(second ? 5 : 0)).abs());
+      const Decimal most = Decimal::parse(checks[row]) - Decimal(second ? 5 : 0);
+      EXPECT_LE(taken.abs(), (cents && way != 5 ? most.rounded(2) : most).abs());
     }
     EXPECT_EQ(sum, given) << "case " << i + 1 << ", way " << way << ": "
                           << testing::PrintToString(checks) << " received "
@@ -176,22 +208,77 @@ TEST_F(SwitchData, DistributesAllOrLeavesTheRest) {
 }
 
 TEST_F(SwitchData, ConvertsUpToTheCheckAmount) {
-  setChecks({"1000", "500", "-1000"});
+  setChecks({"1000", "500", "-1000", "-100"});
   EXPECT_EQ(fill({conversion({{"FRateFieldName", "FRate"}})}), "");
-  EXPECT_THAT(column("FLocal"), ElementsAre("682.75", "500", "682.75"));
+  EXPECT_THAT(column("FLocal"), ElementsAre("682.75", "500", "682.75", "-100"));
   EXPECT_EQ(fill({conversion({{"FRateFieldName", "FRate"}, {"FDecimal", "FPlaces"}})}), "");
-  EXPECT_THAT(column("FLocal"), ElementsAre("682.8", "500", "682.8"));
+  EXPECT_THAT(column("FLocal"), ElementsAre("682.8", "500", "682.8", "-100"));
   EXPECT_EQ(fill({conversion({{"FRateFieldName", "FRate"}, {"FRateType", 1}})}), "");
-  EXPECT_THAT(column("FLocal"), ElementsAre("14.65", "14.65", "14.65"));
+  EXPECT_THAT(column("FLocal"), ElementsAre("14.65", "14.65", "14.65", "14.65"));
   EXPECT_EQ(fill({conversion({{"FRateFieldName", " "}})}), "");
-  EXPECT_THAT(column("FLocal"), ElementsAre("100", "100", "100"));
+  EXPECT_THAT(column("FLocal"), ElementsAre("100", "100", "100", "100"));
 
-  setChecks({"30", "50"});
-  EXPECT_EQ(fill({distribution(40), conversion({})}), "");
-  EXPECT_THAT(column("FLocal"), ElementsAre("30", "50")) << "the first row is taken whole";
-  setChecks({"200", "500"});
-  EXPECT_EQ(fill({distribution(220), conversion({})}), "");
-  EXPECT_THAT(column("FLocal"), ElementsAre("200", "100"));
+  setChecks({"200", "50"});
+  for (rows_->MoveFirst(); !rows_->EOF_(); rows_->MoveNext())
+    rows_->Fields()("FSource").Value(-100);
+  EXPECT_EQ(fill({conversion({})}), "");
+  EXPECT_THAT(column("FLocal"), ElementsAre("100", "50"));
+  EXPECT_EQ(fillExt({conversion({})}, dictionary({{"bCanOverAmt", true}})), "");
+  EXPECT_THAT(column("FLocal"), ElementsAre("100", "-100"));
+}
+
+TEST_F(SwitchData, ConvertsAtLongRatesToTheFewerDecimals) {
+  struct Case {
+    const char *source, *rate;
+    int type, places;
+    const char *received, *inCents;
+  };
+  for (const Case& given : {Case{"100", "6.8275", 1, 4, "14.6466", "14.65"},
+                            {"100", "6.8275", 1, 1, "14.6", "14.6"},
+                            {"100", "3333.33333333333333333333", 1, 4, "0.03", "0.03"},
+                            {"0.01", "123456789012345678.12345678901234567891", 0, 38, "0", "0"},
+                            {"0.001", "123456789012345678.12345678901234567891", 0, 4,
+                             "123456789012345.6781", "123456789012345.68"},
+                            {"100", "0.0000495", 0, 4, "0.005", "0"}}) {
+    setChecks({"900000000000000"});
+    rows_->Fields()("FSource").Value(given.source);
+    rows_->Fields()("FRate").Value(given.rate);
+    rows_->Fields()("FPlaces").Value(given.places);
+    const Entries entries{
+        {"FRateFieldName", "FRate"}, {"FRateType", given.type}, {"FDecimal", "FPlaces"}};
+    auto inCents = conversion(entries);
+    inCents->Set("FFieldName", "FCents");
+    EXPECT_EQ(fill({conversion(entries), inCents}), "");
+    EXPECT_THAT(column("FLocal"), ElementsAre(given.received));
+    EXPECT_THAT(column("FCents"), ElementsAre(given.inCents));
+  }
+}
+
+/// A row that gave all it had gives it for the later columns, too; one that took the
+/// last of the amount did so only where GetSwitchData says that it gave all.
+TEST_F(SwitchData, ConvertsNoFurtherThanTakenWhole) {
+  struct Case {
+    std::vector<std::string> checks;
+    int amount;
+    std::vector<std::string> local, extended, over;
+  };
+  for (const Case& given : {Case{{"30", "50"}, 40, {"30", "50"}, {"30", "50"}, {"30", "100"}},
+                            {{"200", "500"}, 220, {"200", "100"}, {"200", "100"}, {"200", "100"}},
+                            {{"200", "300"}, 200, {"200", "100"}, {"100", "100"}, {"100", "100"}},
+                            {{"200"}, 200, {"200"}, {"100"}, {"100"}},
+                            {{"200"}, 250, {"200"}, {"200"}, {"100"}},
+                            {{"-200"}, 250, {"100"}, {"100"}, {"100"}}}) {
+    SCOPED_TRACE(given.amount);
+    setChecks(given.checks);
+    EXPECT_EQ(fill({distribution(given.amount), conversion({})}), "");
+    EXPECT_EQ(column("FLocal"), given.local);
+    EXPECT_EQ(fillExt({distribution(given.amount), conversion({})}), "");
+    EXPECT_EQ(column("FLocal"), given.extended);
+    EXPECT_EQ(
+        fillExt({distribution(given.amount), conversion({})}, dictionary({{"bCanOverAmt", true}})),
+        "");
+    EXPECT_EQ(column("FLocal"), given.over);
+  }
 }
 
 TEST_F(SwitchData, ExtendedTakesASecondCheckAndTheRest) {
@@ -209,6 +296,8 @@ TEST_F(SwitchData, ExtendedTakesASecondCheckAndTheRest) {
   EXPECT_EQ(option->Value("FAmount").toText(), "0");
   EXPECT_THAT(column("FLocal"), ElementsAre("30", "-10", "100")) << "over on the last row only";
   EXPECT_THAT(column("FQty_remain"), ElementsAre("7", "7", "7"));
+  EXPECT_THAT(column("FAmount_remain"), ElementsAre("-8", "-8", "-8"));
+  EXPECT_THAT(column("FAmountFor_remain"), ElementsAre("9", "9", "9"));
 }
 
 TEST_F(SwitchData, VectorRowsMakeNoSignTest) {
@@ -231,6 +320,8 @@ TEST_F(SwitchData, TellsWhatItCannotFill) {
   EXPECT_THAT(column("FAmount"), ElementsAre("30", "Null")) << "rows filled before stay";
   EXPECT_EQ(rows_->AbsolutePosition(), 1);
   EXPECT_EQ(reason().number, com::error::kInvalidUseOfNull);
+  EXPECT_EQ(fill({distribution(30)}), "") << "nothing is left that the row could take";
+  EXPECT_EQ(fillExt({distribution(30)}), "");
 
   const auto option = [](Entries more) {
     more.insert(more.begin(), {{"FFieldName", "FLocal"}, {"FChkFieldName", "FCheck"}});
@@ -245,6 +336,7 @@ TEST_F(SwitchData, TellsWhatItCannotFill) {
            {conversion({{"FSrcFieldName", "FText"}}), "row 1, column FText: 'abc'"},
            {conversion({{"FSrcFieldName", "FNone"}}), "row 1, column FNone: "},
            {conversion({{"FDecimal", "FSource"}}), "column FSource: 100 is no number of decimals"},
+           {conversion({{"FDecimal", "FAmount_Plan"}}), "FAmount_Plan: -8 is no number of"},
            {conversion({{"FRateFieldName", "FAmount"}, {"FRateType", 1}}), "column FAmount: "}}) {
     rows_->Fields()("FAmount").Value(0);
     EXPECT_THAT(fill({given}), HasSubstr(part));

@@ -175,6 +175,8 @@ class Recordset final : public com::Object<com::IUnknown> {
   /// column's scale, texts longer than the column refused) or raises
   /// kAdoDataConversion naming column and value; kAdoNotSupported when read-only.
   void SetValue(std::size_t field, const Variant& value);
+  /// What SetValue would store, for who must know before anything changes; raises as it.
+  Variant ConvertedValue(std::size_t field, const Variant& value) const;
 
  private:
   friend class Fields;

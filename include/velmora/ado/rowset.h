@@ -21,6 +21,11 @@ struct FieldDefinition {
   int precision = 0;     ///< adNumeric, adDecimal: digits
   int numericScale = 0;  ///< adNumeric, adDecimal: digits of the fraction
   bool nullable = true;
+
+  /// Digits that the column keeps after the point: none of a whole number, as many as a
+  /// number has where the column sets no limit (real and text columns, a decimal one
+  /// without precision and scale).
+  int decimals() const noexcept;
 };
 
 /// Rows as a provider hands them over: row-major cells, each Null or of the

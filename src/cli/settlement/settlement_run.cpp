@@ -189,7 +189,7 @@ ado::RecordsetRef SettlementRun::table() const {
   table.cells.reserve(rows->Size() * table.fields.size());
   for (std::size_t index = 0; index < rows->Size(); ++index) {
     const DictionaryRef row = rowAt(*rows, index);
-    for (std::size_t i = 0; i < row->Count(); ++i) table.cells.push_back(row->Item(i));
+    for (const auto& field : table.fields) table.cells.push_back(row->Value(field.name));
   }
   return ado::Recordset::fromRowset(std::move(table));
 }

@@ -291,6 +291,11 @@ void Recordset::SetValue(std::size_t field, const Variant& value) {
   body_->store->setCell(row, field, convertToField(value, definition(field)));
 }
 
+Variant Recordset::ConvertedValue(std::size_t field, const Variant& value) const {
+  requireWritable();
+  return convertToField(value, definition(field));
+}
+
 // Columns
 
 void Recordset::appendField(FieldDefinition field) {

@@ -90,11 +90,16 @@ bool isLonger(const Decimal& number, int digits) {
   return number.coefficient() >= limit || number.coefficient() <= -limit;
 }
 
+constexpr int kCurrencyDecimals = 4;
+
+bool keepsEveryDigit(const FieldDefinition& field) {
+  return field.precision == 0 && field.numericScale == 0;
+}
+
 Decimal toCurrency(const Variant& value, const FieldDefinition& field) {
-  constexpr int scale = 4;
   static const Decimal largest =
-      Decimal::fromCoefficient(std::numeric_limits<std::int64_t>::max(), scale);
-  const Decimal number = toNumber(value, field).rescaled(scale);
+      Decimal::fromCoefficient(std::numeric_limits<std::int64_t>::max(), kCurrencyDecimals);
+  const Decimal number = toNumber(value, field).rescaled(kCurrencyDecimals);
   if (number.abs() > largest)
     fail(field, shown(value) + " is out of range", "at most " + largest.toString());
   return number;
@@ -102,7 +107,7 @@ Decimal toCurrency(const Variant& value, const FieldDefinition& field) {
 
 Decimal toScaled(const Variant& value, const FieldDefinition& field) {
   Decimal number = toNumber(value, field);
-  if (field.precision == 0 && field.numericScale == 0) return number;
+  if (keepsEveryDigit(field)) return number;
   const int precision = field.precision == 0 ? Decimal::kMaxDigits : field.precision;
   const int wholeDigits = precision - field.numericScale;
   number = number.rounded(field.numericScale);
@@ -167,6 +172,14 @@ Variant convert(const Variant& value, const FieldDefinition& field) {
 }
 
 }  // namespace
+
+int FieldDefinition::decimals() const noexcept {
+  if (type == adCurrency) return kCurrencyDecimals;
+  const DataKind kind = kindOf(type);
+  if (kind == DataKind::integer) return 0;
+  const bool limited = kind == DataKind::decimal && !keepsEveryDigit(*this);
+  return limited ? numericScale : Decimal::kMaxDigits;
+}
 
 Variant convertToField(const Variant& value, const FieldDefinition& field) {
   if (value.isNull() || value.isEmpty()) {

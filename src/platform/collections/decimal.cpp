@@ -7,6 +7,7 @@
 #include "platform/collections/number_text.h"
 #include "platform/collections/powers_of_ten.h"
 #include "platform/collections/uint256.h"
+#include "velmora/collections/fraction.h"
 #include "velmora/com/error.h"
 
 namespace velmora::collections {
@@ -89,36 +90,6 @@ uint128 dropRounding(uint128 digits, int places) {
   const uint128 unit = powerOfTen(places);
   const uint128 quotient = digits / unit, rest = digits % unit;
   return rest >= unit - rest ? quotient + 1 : quotient;
-}
-
-/// dividend / divisor, halves away from zero; the divisor is below 2^255.
-UInt256 divideRounding(const UInt256& dividend, const UInt256& divisor) {
-  if (dividend.high == 0 && divisor.high == 0) {
-    const uint128 quotient = dividend.low / divisor.low, rest = dividend.low % divisor.low;
-    return {0, rest >= divisor.low - rest ? quotient + 1 : quotient};
-  }
-  const auto result = divide(dividend, divisor);
-  const bool up = result.remainder >= subtract(divisor, result.remainder);
-  return up ? add(result.quotient, {0, 1}) : result.quotient;
-}
-
-/// dividend * 10^exponent / divisor, halves away from zero; nullopt when it is
-/// longer than 128 bits.
-std::optional<uint128> tryQuotient(uint128 dividend, uint128 divisor, int exponent) {
-  UInt256 scaledDividend{0, dividend}, scaledDivisor{0, divisor};
-  if (exponent < 0) {
-    scaledDivisor = multiply(divisor, powerOfTen(-exponent));
-  } else {
-    const int first = std::min(exponent, Decimal::kMaxDigits);
-    // A dividend beyond 256 bits has a quotient beyond 38 digits.
-    const auto scaled =
-        multiply(multiply(dividend, powerOfTen(first)), powerOfTen(exponent - first));
-    if (!scaled) return std::nullopt;
-    scaledDividend = *scaled;
-  }
-  const UInt256 quotient = divideRounding(scaledDividend, scaledDivisor);
-  if (quotient.high != 0) return std::nullopt;
-  return quotient.low;
 }
 
 /// Whether a point has no digit on one of its sides.
@@ -229,15 +200,7 @@ Decimal operator*(const Decimal& a, const Decimal& b) {
 }
 
 Decimal Decimal::divide(const Decimal& dividend, const Decimal& divisor, int scale) {
-  checkScale(scale);
-  if (divisor.isZero())
-    throw com::Error(com::error::kDivisionByZero, "Velmora.Decimal",
-                     dividend.toString() + " cannot be divided by zero");
-  const bool negative = dividend.sign() * divisor.sign() < 0;
-  const auto digits = tryQuotient(magnitude(dividend.coefficient_), magnitude(divisor.coefficient_),
-                                  scale + divisor.scale_ - dividend.scale_);
-  if (digits && *digits <= kMaxCoefficient)
-    return fromCoefficient(withSign(*digits, negative), scale);
+  if (const auto quotient = Fraction(dividend, 1, divisor).tryRounded(scale)) return *quotient;
   throwOverflow(described(dividend, "/", divisor));
 }
 
