@@ -94,7 +94,7 @@ void TableAppender::addIdentity() {
 /// A default has one value for the whole bulk insert.
 void TableAppender::addDefaults() {
   const tsql::Variables none;
-  const tsql::Scope scope{state_->catalog, none, {}, now()};
+  const tsql::Scope scope{state_->catalog, none, {}, now(), state_->readOnly, 0, 0, 0, {}, {}};
   for (const auto& column : table_.columns) {
     if (column.defaultText.empty() || isChosen(column)) continue;
     const auto translation = tsql::translateDefault(table_, column, scope);
