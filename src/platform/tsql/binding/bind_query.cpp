@@ -93,20 +93,18 @@ class BodyBinder {
 /// The columns a common table offers, named by its list or by its query.
 CommonTableInfo commonTable(const CommonTable& table, const std::vector<OutputColumn>& outputs) {
   CommonTableInfo info{quoteName(table.name), {}};
-  {
-    if (!table.columns.empty() && table.columns.size() != outputs.size()) {
-      raiseAt(table.position, 8158,
-              "'" + table.name + "' has a different number of columns than its column list.");
+  if (!table.columns.empty() && table.columns.size() != outputs.size()) {
+    raiseAt(table.position, 8158,
+            "'" + table.name + "' has a different number of columns than its column list.");
+  }
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    const std::string& name = table.columns.empty() ? outputs[i].name : table.columns[i];
+    if (name.empty()) {
+      raiseAt(table.position, 8155,
+              "No column name was specified for column " + std::to_string(i + 1) + " of '" +
+                  table.name + "'.");
     }
-    for (std::size_t i = 0; i < outputs.size(); ++i) {
-      const std::string& name = table.columns.empty() ? outputs[i].name : table.columns[i];
-      if (name.empty()) {
-        raiseAt(table.position, 8155,
-                "No column name was specified for column " + std::to_string(i + 1) + " of '" +
-                    table.name + "'.");
-      }
-      info.columns.push_back({name, outputs[i].type, outputs[i].nullable});
-    }
+    info.columns.push_back({name, outputs[i].type, outputs[i].nullable});
   }
   return info;
 }
@@ -144,6 +142,13 @@ int countUses(const QueryBody& body, std::string_view name, std::string& alias) 
   int uses = 0;
   for (const TableSourcePtr& source : select->from) uses += countUses(*source, name, alias);
   return uses;
+}
+
+bool joinsOuter(const TableSource& source) {
+  const auto* joined = std::get_if<Join>(&source.node);
+  if (joined == nullptr) return false;
+  const bool inner = joined->kind == JoinKind::Inner || joined->kind == JoinKind::Cross;
+  return !inner || joinsOuter(*joined->left) || joinsOuter(*joined->right);
 }
 
 constexpr int kMaxRecursion = 100;  // without MAXRECURSION
@@ -190,6 +195,14 @@ class RecursiveTable {
       refuse(position,
              "a recursive common table that is not one UNION ALL of a start and selects "
              "which read it once");
+    }
+    for (const TableSourcePtr& source : std::get<Select>(branch.body->node).from) {
+      if (joinsOuter(*source)) {
+        raiseAt(position, 462,
+                "Outer join is not allowed in the recursive part of a recursive common table "
+                "expression '" +
+                    table_.name + "'.");
+      }
     }
     BoundQuery query{"", BodyBinder(context_, &scope_).bind(*branch.body, {}), {}};
     auto& select = std::get<BoundSelect>(query.body.node);
