@@ -57,7 +57,7 @@ class Translator {
     if (const auto* rows = std::get_if<Rows>(&action)) return rows->sql;
     return std::get<Change>(action).sql;
   }
-  Scope scope() { return {catalog, variables, parameters, now, readOnly, 0}; }
+  Scope scope() { return {catalog, variables, parameters, now, readOnly, 0, 0, 0, {}, {}}; }
 
   FakeCatalog catalog;
   Variables variables;

@@ -24,6 +24,9 @@ struct Translation {
 /// not supported is refused with its place.
 Translation translate(const Statement& statement, const Scope& scope);
 
+/// The table of DECLARE @t TABLE (...).
+Translation translateTableVariable(const CreateTableStatement& table, const Scope& scope);
+
 /// The condition of an IF as a query of one row and one cell: 1, or 0 when it is false
 /// or unknown (column type bit).
 Translation translateCondition(const Expression& condition, const Scope& scope);

@@ -2,12 +2,17 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 #include "platform/ado/duckdb/clock.h"
 #include "platform/ado/duckdb/engine_error.h"
+#include "platform/ado/duckdb/identity_counters.h"
 #include "platform/ado/duckdb/rows.h"
+#include "platform/ado/duckdb/table_declarations.h"
+#include "platform/tsql/engine/sql_text.h"
 #include "velmora/com/error.h"
 
 namespace velmora::ado::embedded {
@@ -23,10 +28,19 @@ namespace {
   throw com::Error(error.number(), error.source(), std::move(text));
 }
 
+/// SQL Server's number at the head of the text; 50000 where there is none.
+int errorNumber(const com::Error& error) {
+  const auto& text = error.description();
+  int number = 0;
+  const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return failed == std::errc() && end != text.data() + text.size() && *end == ':' ? number : 50000;
+}
+
 template <class Node>
 constexpr bool kRunsItself =
     std::is_same_v<Node, tsql::BlockStatement> || std::is_same_v<Node, tsql::IfStatement> ||
-    std::is_same_v<Node, tsql::DeclareStatement> ||
+    std::is_same_v<Node, tsql::WhileStatement> || std::is_same_v<Node, tsql::BreakStatement> ||
+    std::is_same_v<Node, tsql::ContinueStatement> || std::is_same_v<Node, tsql::DeclareStatement> ||
     std::is_same_v<Node, tsql::SetVariableStatement> ||
     std::is_same_v<Node, tsql::SetOptionStatement> ||
     std::is_same_v<Node, tsql::SetIsolationStatement> ||
@@ -43,28 +57,49 @@ std::vector<StatementResult> BatchRunner::run(const tsql::Batch& batch) {
   if (parameters_.size() != wanted)
     throwError("The batch has " + std::to_string(wanted) + " parameters; " +
                std::to_string(parameters_.size()) + " values were given.");
-  declareAll(batch.statements);
+  declareAll(batch.statements, false);
   try {
     runAll(batch.statements);
+  } catch (const com::Error& error) {
+    giveUp();
+    state_.lastError = errorNumber(error);
+    throw;
   } catch (...) {
-    state_.session.stopper().end();
-    if (state_.transactions > 0) rollbackTransaction(state_);
+    giveUp();
     throw;
   }
+  dropTableVariables();
   return std::move(results_);
 }
 
-// A variable is known in the whole batch, whether or not its DECLARE is ever reached.
-void BatchRunner::declareAll(const std::vector<tsql::Statement>& statements) {
-  for (const auto& statement : statements) declareAll(statement);
+void BatchRunner::giveUp() {
+  state_.session.stopper().end();
+  if (state_.transactions > 0) rollbackTransaction(state_);
+  dropTableVariables();
 }
 
-void BatchRunner::declareAll(const tsql::Statement& statement) {
+// A variable is known in the whole batch, whether or not its DECLARE is ever reached.
+// BREAK and CONTINUE are refused here where no loop is around them.
+void BatchRunner::declareAll(const std::vector<tsql::Statement>& statements, bool inLoop) {
+  for (const auto& statement : statements) declareAll(statement, inLoop);
+}
+
+void BatchRunner::declareAll(const tsql::Statement& statement, bool inLoop) {
   if (const auto* block = std::get_if<tsql::BlockStatement>(&statement.node)) {
-    declareAll(block->statements);
+    declareAll(block->statements, inLoop);
   } else if (const auto* choice = std::get_if<tsql::IfStatement>(&statement.node)) {
-    declareAll(*choice->then);
-    if (choice->otherwise) declareAll(*choice->otherwise);
+    declareAll(*choice->then, inLoop);
+    if (choice->otherwise) declareAll(*choice->otherwise, inLoop);
+  } else if (const auto* loop = std::get_if<tsql::WhileStatement>(&statement.node)) {
+    declareAll(*loop->body, true);
+  } else if (!inLoop && std::holds_alternative<tsql::BreakStatement>(statement.node)) {
+    throwAt({com::error::kProvider, kSource,
+             "135: Cannot use a BREAK statement outside the scope of a WHILE statement."},
+            statement.position);
+  } else if (!inLoop && std::holds_alternative<tsql::ContinueStatement>(statement.node)) {
+    throwAt({com::error::kProvider, kSource,
+             "136: Cannot use a CONTINUE statement outside the scope of a WHILE statement."},
+            statement.position);
   } else if (const auto* declare = std::get_if<tsql::DeclareStatement>(&statement.node)) {
     for (const auto& declared : declare->variables)
       if (!variables_.try_emplace(declared.name, tsql::Variable{tsql::sqlType(declared.type)})
@@ -76,7 +111,10 @@ void BatchRunner::declareAll(const tsql::Statement& statement) {
 }
 
 void BatchRunner::runAll(const std::vector<tsql::Statement>& statements) {
-  for (const auto& statement : statements) run(statement);
+  for (const auto& statement : statements) {
+    run(statement);
+    if (leaving_ != Leaving::nothing) return;
+  }
 }
 
 void BatchRunner::run(const tsql::Statement& statement) {
@@ -93,6 +131,7 @@ void BatchRunner::run(const tsql::Statement& statement) {
           }
         },
         statement.node);
+    state_.lastError = 0;
   } catch (const com::Error& error) {
     throwAt(error, statement.position);
   }
@@ -102,14 +141,26 @@ void BatchRunner::execute(const tsql::BlockStatement& block) {
   runAll(block.statements);
 }
 
-void BatchRunner::execute(const tsql::IfStatement& choice) {
-  Variant met;
-  {
-    const CatalogStatement turn(state_.catalog);
-    met = onlyCell(tsql::translateCondition(*choice.condition, scope()), tsql::SqlType::bit());
-  }
+/// A condition that is looked at leaves no count of rows and no error behind.
+bool BatchRunner::isMet(const tsql::Expression& condition) {
+  const CatalogStatement turn(state_.catalog);
+  const auto met = onlyCell(tsql::translateCondition(condition, scope()), tsql::SqlType::bit());
   rowCount_ = 0;
-  if (met.toBool())
+  state_.lastError = 0;
+  return met.toBool();
+}
+
+void BatchRunner::execute(const tsql::WhileStatement& loop) {
+  while (isMet(*loop.condition)) {
+    run(*loop.body);
+    const bool left = leaving_ == Leaving::loop;
+    leaving_ = Leaving::nothing;
+    if (left) return;
+  }
+}
+
+void BatchRunner::execute(const tsql::IfStatement& choice) {
+  if (isMet(*choice.condition))
     run(*choice.then);
   else if (choice.otherwise)
     run(*choice.otherwise);
@@ -117,7 +168,27 @@ void BatchRunner::execute(const tsql::IfStatement& choice) {
 
 void BatchRunner::execute(const tsql::DeclareStatement& declaration) {
   for (const auto& declared : declaration.variables)
-    if (declared.value) set(declared.name, *declared.value);
+    if (declared.value) {
+      set(declared.name, *declared.value);
+      rowCount_ = 1;
+    }
+  // A loop that comes back to it finds the table as it is.
+  for (const auto& declared : declaration.tables) {
+    if (state_.catalog.findTable(declared.table.name) != nullptr) continue;
+    const CatalogStatement turn(state_.catalog);
+    const auto translation = tsql::translateTableVariable(declared, scope());
+    require(translation.functions);
+    apply(std::get<tsql::CreateTable>(translation.action));
+    tableVariables_.push_back(declared.table.name);
+  }
+}
+
+void BatchRunner::dropTableVariables() {
+  for (const auto& name : std::exchange(tableVariables_, {})) {
+    if (state_.catalog.findTable(name) == nullptr) continue;
+    runNative("DROP TABLE " + tsql::engineTableName(name));
+    state_.catalog.dropped(name);
+  }
 }
 
 void BatchRunner::execute(const tsql::SetVariableStatement& assignment) {
@@ -128,17 +199,25 @@ void BatchRunner::execute(const tsql::SetVariableStatement& assignment) {
 void BatchRunner::execute(const tsql::SetOptionStatement& option) {
   if (std::ranges::find(option.options, "nocount") != option.options.end())
     state_.noCount = option.on;
+  rowCount_ = 0;
 }
 
 /// Every level is met: a statement of the engine always sees one committed state.
-void BatchRunner::execute(const tsql::SetIsolationStatement&) {}
+void BatchRunner::execute(const tsql::SetIsolationStatement&) {
+  rowCount_ = 0;
+}
 
 /// There is no one to print to; an expression that fails fails the batch all the same.
 void BatchRunner::execute(const tsql::PrintStatement& print) {
   evaluate(*print.value, tsql::SqlType::nvarchar(tsql::SqlType::kMaxLength));
+  rowCount_ = 0;
 }
 
 void BatchRunner::execute(const tsql::TransactionStatement& transaction) {
+  rowCount_ = 0;
+  // The server keeps what a table variable holds; here it would go with the rest.
+  if (transaction.action == tsql::TransactionAction::Rollback && !tableVariables_.empty())
+    throwError("Not supported: ROLLBACK in a batch that declares table variables.");
   switch (transaction.action) {
     case tsql::TransactionAction::Begin:
       return beginTransaction(state_);
@@ -150,7 +229,11 @@ void BatchRunner::execute(const tsql::TransactionStatement& transaction) {
 }
 
 void BatchRunner::apply(const tsql::Rows& rows) {
-  auto result = runNative(rows.sql);
+  rowCount_ = runOutput(rows, rows.sql);
+}
+
+std::int64_t BatchRunner::runOutput(const tsql::Rows& rows, const std::string& sql) {
+  auto result = runNative(sql);
   std::vector<tsql::SqlType> types;
   StatementResult answer;
   answer.hasRows = true;
@@ -159,8 +242,9 @@ void BatchRunner::apply(const tsql::Rows& rows) {
     answer.rows.fields.push_back(tsql::fieldDefinition(column.name, column.type, column.nullable));
   }
   answer.rows.cells = readCells(result, types);
-  rowCount_ = static_cast<std::int64_t>(answer.rows.rowCount());
+  const auto count = static_cast<std::int64_t>(answer.rows.rowCount());
   results_.push_back(std::move(answer));
+  return count;
 }
 
 void BatchRunner::changed(std::int64_t rows) {
@@ -171,11 +255,60 @@ void BatchRunner::changed(std::int64_t rows) {
   results_.push_back(std::move(answer));
 }
 
+namespace {
+
+/// The same error; a key that only CREATE INDEX made unique has its own number.
+[[noreturn]] void throwDuplicate(const com::Error& error, const tsql::TableInfo* table) {
+  const auto isConstraint = [](const tsql::UniqueIndex& index) {
+    return index.name.starts_with("key") &&
+           index.name.find_first_not_of("0123456789", 3) == std::string::npos;
+  };
+  auto text = error.description();
+  if (table == nullptr || table->uniqueIndexes.empty() || !text.starts_with("2627:") ||
+      std::ranges::any_of(table->uniqueIndexes, isConstraint))
+    throw error;
+  const auto* numbered = identityColumn(*table);
+  const bool keyed = !table->primaryKey.empty() &&
+                     (numbered == nullptr || table->primaryKey != std::vector{numbered->name});
+  if (keyed) throw error;
+  throwError("2601: Cannot insert duplicate key row in object '" + table->name +
+             "' with a unique index.");
+}
+
+}  // namespace
+
 void BatchRunner::apply(const tsql::Change& change) {
-  const auto rows = runNative(change.sql).rowsChanged();
-  if (!change.identityTable.empty()) state_.catalog.identitiesUsed(change.identityTable, rows);
+  try {
+    runChange(change);
+  } catch (const com::Error& error) {
+    throwDuplicate(error, state_.catalog.findTable(change.table));
+  }
+}
+
+void BatchRunner::runChange(const tsql::Change& change) {
+  const auto rows =
+      change.output ? runOutput(*change.output, change.sql) : runNative(change.sql).rowsChanged();
+  noteIdentities(change, rows);
+  if (change.output) {
+    rowCount_ = rows;
+  } else {
+    changed(rows);
+  }
+  if (!change.counted) rowCount_ = 0;
+}
+
+void BatchRunner::noteIdentities(const tsql::Change& change, std::int64_t rows) {
+  if (change.insert) state_.lastIdentity.reset();
+  if (!change.identityTable.empty()) {
+    const auto& table = *state_.catalog.findTable(change.identityTable);
+    const auto first = state_.catalog.nextIdentity(table);
+    state_.catalog.identitiesUsed(change.identityTable, rows);
+    if (rows > 0) {
+      state_.lastIdentity = first + (rows - 1) * identityColumn(table)->identity->increment;
+      state_.scopeIdentity = state_.lastIdentity;
+    }
+  }
   if (!change.identityReset.empty()) state_.catalog.identitiesRestart(change.identityReset);
-  changed(rows);
 }
 
 void BatchRunner::apply(const tsql::CreateTable& create) {
@@ -184,6 +317,16 @@ void BatchRunner::apply(const tsql::CreateTable& create) {
     std::ranges::move(recordingSql(create.table), std::back_inserter(statements));
   runTogether(statements);
   state_.catalog.created(create.table);
+  rowCount_ = 0;
+}
+
+void BatchRunner::apply(const tsql::AlterTable& alter) {
+  auto statements = alter.sql;
+  if (!alter.table.temporary)
+    std::ranges::move(recordingSql(alter.table), std::back_inserter(statements));
+  runTogether(statements);
+  state_.catalog.altered(alter.table);
+  rowCount_ = 0;
 }
 
 void BatchRunner::apply(const tsql::SelectInto& into) {
@@ -204,13 +347,21 @@ void BatchRunner::apply(const tsql::SelectInto& into) {
 void BatchRunner::apply(const tsql::DropTables& drop) {
   runTogether(drop.sql);
   for (const auto& table : drop.tables) state_.catalog.dropped(table);
+  rowCount_ = 0;
 }
 
 void BatchRunner::apply(const tsql::Assign& assign) {
   std::vector<tsql::SqlType> types;
   for (const auto& name : assign.variables) types.push_back(variable(name).type);
+  if (assign.counted) types.push_back(tsql::SqlType::of(tsql::SqlKind::bigInt));
   auto result = runNative(assign.sql);
   const auto cells = readCells(result, types);
+  if (assign.counted) {
+    rowCount_ = cells.back().toInt64();
+    for (std::size_t i = 0; rowCount_ > 0 && i < assign.variables.size(); ++i)
+      variable(assign.variables[i]).value = cells[i];
+    return;
+  }
   rowCount_ = static_cast<std::int64_t>(cells.size() / types.size());
   if (cells.empty()) return;
   const auto last = cells.size() - types.size();
@@ -224,10 +375,13 @@ void BatchRunner::apply(const tsql::IndexChange& change) {
     std::ranges::move(indexRecordingSql(*change.table), std::back_inserter(statements));
   runTogether(statements);
   if (change.table) state_.catalog.altered(*change.table);
+  rowCount_ = 0;
 }
 
 tsql::Scope BatchRunner::scope() {
-  return {state_.catalog, variables_, parameters_, now(), state_.readOnly, rowCount_};
+  return {state_.catalog,      variables_,          parameters_,         now(),
+          state_.readOnly,     rowCount_,           state_.transactions, state_.lastError,
+          state_.lastIdentity, state_.scopeIdentity};
 }
 
 Result BatchRunner::runNative(const std::string& sql) {

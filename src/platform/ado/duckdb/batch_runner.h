@@ -25,8 +25,8 @@ class BatchRunner {
   std::vector<StatementResult> run(const tsql::Batch& batch);
 
  private:
-  void declareAll(const std::vector<tsql::Statement>& statements);
-  void declareAll(const tsql::Statement& statement);
+  void declareAll(const std::vector<tsql::Statement>& statements, bool inLoop);
+  void declareAll(const tsql::Statement& statement, bool inLoop);
   void runAll(const std::vector<tsql::Statement>& statements);
   void run(const tsql::Statement& statement);
 
@@ -37,6 +37,9 @@ class BatchRunner {
   void execute(const tsql::SetVariableStatement& assignment);
   void execute(const tsql::SetOptionStatement& option);
   void execute(const tsql::SetIsolationStatement& isolation);
+  void execute(const tsql::WhileStatement& loop);
+  void execute(const tsql::BreakStatement&) { leaving_ = Leaving::loop; }
+  void execute(const tsql::ContinueStatement&) { leaving_ = Leaving::round; }
   void execute(const tsql::PrintStatement& print);
   void execute(const tsql::TransactionStatement& transaction);
 
@@ -47,6 +50,7 @@ class BatchRunner {
   void apply(const tsql::DropTables& drop);
   void apply(const tsql::Assign& assign);
   void apply(const tsql::IndexChange& change);
+  void apply(const tsql::AlterTable& alter);
 
   tsql::Scope scope();
   Result runNative(const std::string& sql);
@@ -58,6 +62,13 @@ class BatchRunner {
   tsql::Variable& variable(const std::string& name);
   void require(const std::vector<tsql::DecimalFunction>& functions);
   void changed(std::int64_t rows);
+  bool isMet(const tsql::Expression& condition);
+  void runChange(const tsql::Change& change);
+  std::int64_t runOutput(const tsql::Rows& rows, const std::string& sql);
+  void noteIdentities(const tsql::Change& change, std::int64_t rows);
+  void dropTableVariables();
+  /// After an error.
+  void giveUp();
 
   SessionState& state_;
   std::vector<tsql::Variable> parameters_;
@@ -65,6 +76,10 @@ class BatchRunner {
   tsql::Variables variables_;
   std::vector<StatementResult> results_;
   std::int64_t rowCount_ = 0;
+  std::vector<std::string> tableVariables_;
+  /// BREAK or CONTINUE on the way to its loop.
+  enum class Leaving { nothing, round, loop };
+  Leaving leaving_ = Leaving::nothing;
 };
 
 }  // namespace velmora::ado::embedded

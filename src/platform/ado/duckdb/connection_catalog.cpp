@@ -14,7 +14,7 @@ void erase(TableMap& tables, std::string_view name) {
 }
 
 bool isTemporary(std::string_view name) {
-  return name.starts_with('#');
+  return name.starts_with('#') || name.starts_with('@');
 }
 
 }  // namespace
@@ -45,7 +45,8 @@ const tsql::TableInfo* ConnectionCatalog::findTable(std::string_view name) {
 std::vector<const tsql::TableInfo*> ConnectionCatalog::tables() {
   std::vector<const tsql::TableInfo*> all;
   for (const auto& [name, table] : permanentTables()) all.push_back(table.get());
-  for (const auto& [name, table] : temporary_) all.push_back(table.get());
+  for (const auto& [name, table] : temporary_)
+    if (name.starts_with('#')) all.push_back(table.get());
   return all;
 }
 

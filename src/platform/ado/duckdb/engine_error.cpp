@@ -42,9 +42,12 @@ std::optional<std::string> duplicateKey(std::string_view message) {
   auto key = between(message, "Duplicate key \"", "\" violates");
   if (!key) key = between(message, "violation: duplicate key \"", "\"");
   if (!key) return std::nullopt;
-  return "2627: Violation of a primary key or unique constraint. Cannot insert duplicate key; the "
-         "duplicate key value is (" +
-         *key + ").";
+  const std::string text =
+      "2627: Violation of a primary key or unique constraint. Cannot insert duplicate key";
+  // The key of an index is told as the engine's expression.
+  const bool plain = key->find('(') == std::string::npos && !key->ends_with(", false") &&
+                     !key->ends_with(", true");
+  return plain ? text + "; the duplicate key value is (" + *key + ")." : text + ".";
 }
 
 /// "1105: ..." for what cannot be written. Here the file is named: somebody has to make room
@@ -69,6 +72,11 @@ std::optional<std::string> knownError(std::string_view message) {
     std::string_view answer;
   };
   static constexpr std::array known{
+      Known{
+          "Data contains duplicates on indexed column",
+          "1505: The CREATE UNIQUE INDEX statement terminated because a duplicate key was found."},
+      Known{"CHECK constraint failed",
+            "547: The statement conflicted with a CHECK constraint of the table."},
       Known{"attached in read-only mode",
             "3906: Failed to update the database because it is open for reading only."},
       Known{"Out of Memory Error", "701: There is not enough memory to run this query."},

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "platform/ado/duckdb/connection_catalog.h"
 #include "platform/ado/duckdb/decimal_functions.h"
 #include "platform/ado/duckdb/engine.h"
@@ -24,6 +27,10 @@ struct SessionState {
   bool noCount = false;  ///< SET NOCOUNT ON
   bool bulkInsertOpen = false;
   int transactions = 0;  ///< BEGIN TRANSACTION less COMMIT
+  int lastError = 0;     ///< of the statement before
+  /// The last identity number of the last insert, and of the last insert into a table with one.
+  std::optional<std::int64_t> lastIdentity;
+  std::optional<std::int64_t> scopeIdentity;
 };
 
 /// The T-SQL transaction of a connection; nested ones only count.

@@ -93,7 +93,7 @@ void TableAppender::addIdentity() {
 
 void TableAppender::addDefaults() {
   const tsql::Variables none;
-  const tsql::Scope scope{state_->catalog, none, {}, now()};
+  const tsql::Scope scope{state_->catalog, none, {}, now(), state_->readOnly, 0, 0, 0, {}, {}};
   for (const auto& column : table_.columns) {
     if (column.defaultText.empty() || isChosen(column)) continue;
     const auto translation = tsql::translateDefault(table_, column, scope);

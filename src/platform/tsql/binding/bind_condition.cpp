@@ -9,6 +9,18 @@
 namespace velmora::tsql {
 namespace {
 
+std::string negation(bool negated) {
+  return negated ? " NOT" : "";
+}
+
+/// Whether the common type has all decimals of the value's. Where both together need more than
+/// 38 digits it has fewer, and the value is rounded before it is compared.
+bool keepsDecimals(const SqlType& type, const SqlType& common) {
+  return common.kind != SqlKind::decimal || type.scale <= common.scale;
+}
+
+}  // namespace
+
 std::string_view symbol(ComparisonOperator op) {
   switch (op) {
     case ComparisonOperator::Equal:
@@ -26,18 +38,6 @@ std::string_view symbol(ComparisonOperator op) {
   }
   return "";
 }
-
-std::string negation(bool negated) {
-  return negated ? " NOT" : "";
-}
-
-/// Whether the common type has all decimals of the value's. Where both together need more than
-/// 38 digits it has fewer, and the value is rounded before it is compared.
-bool keepsDecimals(const SqlType& type, const SqlType& common) {
-  return common.kind != SqlKind::decimal || type.scale <= common.scale;
-}
-
-}  // namespace
 
 Bound comparand(Context& context, const Bound& value, const SqlType& common, Position position) {
   if (common.isNumber() && value.type.isNumber() && keepsDecimals(value.type, common)) return value;
@@ -65,9 +65,10 @@ BoundCondition ExpressionBinder::bindCondition(const Expression& expression) {
           [&](const BetweenCondition& node) { return bindBetween(expression, node); },
           [&](const InListCondition& node) { return bindInList(expression, node); },
           [&](const InSubqueryCondition& node) { return bindInSubquery(expression, node); },
+          [&](const QuantifiedComparison& node) { return bindQuantified(expression, node); },
           [&](const LikeCondition& node) { return bindLike(expression, node); },
           [&](const IsNullCondition& node) { return bindIsNull(node); },
-          [&](const ExistsCondition& node) { return bindExists(node); },
+          [&](const ExistsCondition& node) { return bindExists(expression, node); },
           [&](const auto&) -> BoundCondition {
             raiseAt(expression.position, 4145,
                     "An expression of non-boolean type specified in a context where a "

@@ -1,9 +1,14 @@
 #include "platform/tsql/binding/bind_expression.h"
 
+#include <cctype>
+
+#include "platform/tsql/binding/accumulation.h"
 #include "platform/tsql/binding/aggregate_search.h"
 #include "platform/tsql/binding/conversions/conversion.h"
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/syntax/overloaded.h"
+#include "velmora/collections/decimal.h"
+#include "velmora/com/error.h"
 
 namespace velmora::tsql {
 namespace {
@@ -23,10 +28,36 @@ bool hasKeyOfKind(const QueryScope& scope, std::size_t nodeKind) {
   return false;
 }
 
+/// The query that has the column; null for a name that is none, such as a part of a date.
+const QueryScope* scopeOf(const QueryScope& scope, const QualifiedName& name) {
+  try {
+    return resolveColumn(scope, name).scope;
+  } catch (const com::Error&) {
+    return nullptr;
+  }
+}
+
+bool encloses(const QueryScope& outer, const QueryScope& inner) {
+  for (const QueryScope* at = inner.outer; at != nullptr; at = at->outer) {
+    if (at == &outer) return true;
+  }
+  return false;
+}
+
+/// The assigning select, this one or around it, that gives the variable a new value.
+const Accumulation* pendingIn(const QueryScope& scope, const std::string& variable) {
+  for (const QueryScope* at = &scope; at != nullptr; at = at->outer) {
+    if (at->accumulation != nullptr && at->accumulation->pending.contains(variable)) {
+      return at->accumulation;
+    }
+  }
+  return nullptr;
+}
+
 /// Binds as a row of the ungrouped query.
 class UngroupedView {
  public:
-  explicit UngroupedView(QueryScope& scope) : scope_(scope), before_(scope.insideAggregate) {
+  explicit UngroupedView(const QueryScope& scope) : scope_(scope), before_(scope.insideAggregate) {
     scope_.insideAggregate = true;
   }
   ~UngroupedView() { scope_.insideAggregate = before_; }
@@ -34,15 +65,41 @@ class UngroupedView {
   UngroupedView& operator=(const UngroupedView&) = delete;
 
  private:
-  QueryScope& scope_;
+  const QueryScope& scope_;
   bool before_;
 };
 
+bool isRefusal(const com::Error& error) {
+  return !std::isdigit(static_cast<unsigned char>(error.description().front()));
+}
+
+/// try_cast: NULL for a value that cannot be converted. An error of the operand itself
+/// stays one, so it is evaluated outside.
+Bound bindAttempt(ExpressionBinder& binder, const Expression& expression, const Expression& operand,
+                  const SqlType& type, std::optional<int> style) {
+  const Bound value = binder.bind(operand);
+  if (value.constant) {
+    try {
+      const Bound whole = castTo(binder.context(), value, type, expression.position, style);
+      if (whole.constant) return whole;
+    } catch (const com::Error& error) {
+      if (isRefusal(error)) throw;
+      return constantOf(collections::Null{}, type);
+    }
+  }
+  const Bound inner =
+      castTo(binder.context(), computed("v", value.type), type, expression.position, style);
+  return computed(
+      "list_transform([" + exactSql(value) + "], lambda v: TRY(" + exactSql(inner) + "))[1]", type,
+      value.canFail);
+}
+
 Bound bindCast(ExpressionBinder& binder, const Expression& expression, const Expression& operand,
-               const SqlType& type, std::optional<int> style) {
+               const SqlType& type, std::optional<int> style, bool attempt) {
   if (const auto* hex = std::get_if<HexLiteral>(&operand.node)) {
     return bindBinary(operand, *hex, type);
   }
+  if (attempt) return bindAttempt(binder, expression, operand, type, style);
   return castTo(binder.context(), binder.bind(operand), type, expression.position, style);
 }
 
@@ -53,7 +110,8 @@ Bound bindConvert(ExpressionBinder& binder, const Expression& expression,
   if (node.style) {
     const Bound bound = binder.bind(*node.style);
     if (bound.isNull()) {
-      bindCast(binder, expression, *node.operand, type, std::nullopt);  // for its names alone
+      bindCast(binder, expression, *node.operand, type, std::nullopt,
+               node.attempt);  // for its names alone
       return constantOf(collections::Null{}, type);
     }
     if (!bound.constant || !bound.type.isInteger()) {
@@ -61,28 +119,73 @@ Bound bindConvert(ExpressionBinder& binder, const Expression& expression,
     }
     style = bound.constant->toInt32();
   }
-  return bindCast(binder, expression, *node.operand, type, style);
+  return bindCast(binder, expression, *node.operand, type, style, node.attempt);
 }
 
 }  // namespace
 
+Bound identityConstant(const std::optional<std::int64_t>& number) {
+  const SqlType type = SqlType::decimal(38, 0);
+  if (!number) return constantOf(collections::Null{}, type);
+  return constantOf(collections::Decimal::parse(std::to_string(*number)), type);
+}
+
 Bound ExpressionBinder::bind(const Expression& expression) {
+  Accumulation* steps = scope_.accumulation;
+  if (steps == nullptr || !steps->stepwise || !isInput(expression)) return bindRow(expression);
+  const WithinInput row(steps);
+  return steps->input(bindRow(expression), expression.position);
+}
+
+bool ExpressionBinder::isInput(const Expression& expression) {
+  if (std::holds_alternative<ColumnReference>(expression.node) ||
+      std::holds_alternative<ScalarSubquery>(expression.node)) {
+    return true;
+  }
+  const auto* call = std::get_if<FunctionCall>(&expression.node);
+  return call != nullptr && (call->over || isAggregate(call->name));
+}
+
+Bound ExpressionBinder::bindRow(const Expression& expression) {
   const std::size_t kind = expression.node.index();
   const bool perGroup = scope_.grouped && !scope_.insideAggregate;
   if (perGroup && !std::holds_alternative<ColumnReference>(expression.node) &&
       hasKeyOfKind(scope_, kind) && !containsAggregate(expression)) {
     const UngroupedView rows(scope_);
+    Accumulation* steps = scope_.accumulation;
+    const bool step = steps != nullptr && steps->stepwise;
+    const WithinInput row(steps);
     const Bound plain = bindNode(expression);
     if (const GroupKey* key = matchingKey(scope_, kind, plain.sql)) {
-      return computed(key->valueSql, key->type);
+      const Bound value = computed(key->valueSql, key->type);
+      return step ? steps->input(value, expression.position) : value;
     }
   }
   return bindNode(expression);
 }
 
 Bound ExpressionBinder::bindAggregateArgument(const Expression& expression) {
-  const UngroupedView rows(scope_);
+  const UngroupedView rows(aggregatedScope(expression));
   return bind(expression);
+}
+
+/// The query whose rows are added up: an argument of the outer query's columns alone belongs
+/// to the outer query.
+const QueryScope& ExpressionBinder::aggregatedScope(const Expression& argument) const {
+  const QueryScope* innermost = nullptr;
+  for (const QualifiedName* name : columnsIn(argument)) {
+    const QueryScope* owner = scopeOf(scope_, *name);
+    if (owner == &scope_) return scope_;
+    if (owner != nullptr && (innermost == nullptr || encloses(*innermost, *owner))) {
+      innermost = owner;
+    }
+  }
+  if (innermost == nullptr) return scope_;
+  if (!scope_.sources.empty() || !innermost->grouped || !innermost->aggregatesAllowed ||
+      innermost->insideAggregate) {
+    refuse(argument.position, "an aggregate of the outer query's columns here");
+  }
+  return *innermost;
 }
 
 Bound ExpressionBinder::bindNode(const Expression& expression) {
@@ -104,7 +207,8 @@ Bound ExpressionBinder::bindNode(const Expression& expression) {
           [&](const SimpleCase& node) { return bindSimpleCase(*this, expression, node); },
           [&](const SearchedCase& node) { return bindSearchedCase(*this, expression, node); },
           [&](const CastExpression& node) {
-            return bindCast(*this, expression, *node.operand, sqlType(node.type, 30), std::nullopt);
+            return bindCast(*this, expression, *node.operand, sqlType(node.type, 30), std::nullopt,
+                            node.attempt);
           },
           [&](const ConvertExpression& node) { return bindConvert(*this, expression, node); },
           [&](const FunctionCall& node) { return bindFunction(*this, expression, node); },
@@ -141,6 +245,14 @@ Bound ExpressionBinder::bindVariable(const Expression& expression,
     raiseAt(expression.position, 137,
             "Must declare the scalar variable \"" + reference.name + "\".");
   }
+  if (const Accumulation* steps = pendingIn(scope_, reference.name)) {
+    if (steps != scope_.accumulation || !steps->stepwise) {
+      refuse(expression.position, "reading " + reference.name +
+                                      ", which the same select assigns, in a query or an "
+                                      "aggregate within it");
+    }
+    return computed(Accumulation::variableSql(reference.name), found->second.type);
+  }
   return constantOf(found->second.value, found->second.type);
 }
 
@@ -149,7 +261,14 @@ Bound ExpressionBinder::bindSystemVariable(const Expression& expression,
   if (variable.name == "@@rowcount") {
     return constantOf(context_.scope.rowCount, SqlType::integer());
   }
-  if (variable.name == "@@error") return constantOf(std::int64_t{0}, SqlType::integer());
+  const Scope& seen = context_.scope;
+  if (variable.name == "@@error") {
+    return constantOf(static_cast<std::int64_t>(seen.lastError), SqlType::integer());
+  }
+  if (variable.name == "@@trancount") {
+    return constantOf(static_cast<std::int64_t>(seen.transactions), SqlType::integer());
+  }
+  if (variable.name == "@@identity") return identityConstant(seen.lastIdentity);
   refuse(expression.position, variable.name);
 }
 

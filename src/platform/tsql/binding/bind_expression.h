@@ -25,6 +25,10 @@ class ExpressionBinder {
   Bound bindAggregateArgument(const Expression& expression);
 
  private:
+  /// Whether a step of an assigning select takes it from the row.
+  static bool isInput(const Expression& expression);
+  Bound bindRow(const Expression& expression);
+  const QueryScope& aggregatedScope(const Expression& argument) const;
   Bound bindNode(const Expression& expression);
   Bound bindColumn(const Expression& expression, const ColumnReference& reference);
   Bound bindVariable(const Expression& expression, const VariableReference& reference);
@@ -38,9 +42,10 @@ class ExpressionBinder {
   BoundCondition bindBetween(const Expression& expression, const BetweenCondition& node);
   BoundCondition bindInList(const Expression& expression, const InListCondition& node);
   BoundCondition bindInSubquery(const Expression& expression, const InSubqueryCondition& node);
+  BoundCondition bindQuantified(const Expression& expression, const QuantifiedComparison& node);
   BoundCondition bindLike(const Expression& expression, const LikeCondition& node);
   BoundCondition bindIsNull(const IsNullCondition& node);
-  BoundCondition bindExists(const ExistsCondition& node);
+  BoundCondition bindExists(const Expression& expression, const ExistsCondition& node);
 
   Context& context_;
   QueryScope& scope_;
@@ -73,6 +78,11 @@ Bound bindCoalesce(Context& context, std::vector<Bound> values, Position positio
 
 Bound bindFunction(ExpressionBinder& binder, const Expression& expression,
                    const FunctionCall& call);
+
+/// The operator between blanks.
+std::string_view symbol(ComparisonOperator op);
+/// An identity number as @@identity gives it; NULL when there is none.
+Bound identityConstant(const std::optional<std::int64_t>& number);
 
 /// What of a value is compared in the common type: numbers stand as they are, so that
 /// columns stay free of wrappers; texts by their key.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/tsql/binding/accumulation.h"
 #include "platform/tsql/binding/aggregate_search.h"
 #include "platform/tsql/binding/bind_expression.h"
 #include "platform/tsql/binding/bind_from.h"
@@ -11,6 +12,7 @@
 #include "platform/tsql/binding/names/name_rules.h"
 #include "platform/tsql/binding/names/unique_match.h"
 #include "platform/tsql/binding/order_rules.h"
+#include "platform/tsql/binding/types/typed_sql.h"
 #include "platform/tsql/engine/sql_text.h"
 #include "platform/tsql/syntax/overloaded.h"
 
@@ -44,18 +46,23 @@ class SelectBinder {
 
   BoundSelect bind() {
     scope_.aggregatesAllowed = false;
+    scope_.windowsAllowed = false;
     bindTop();
     bindSources();
     bindGroups();
     scope_.grouped = isGrouped(select_, orderBy_);
     scope_.aggregatesAllowed = true;
+    scope_.windowsAllowed = true;
+    prepareAssignments();
     for (const SelectItem& item : select_.items) bindItem(item);
-    checkAssignments();
+    finishAssignments();
+    scope_.windowsAllowed = false;
     if (select_.having) {
       result_.body += " HAVING " + binder_.bindCondition(*select_.having).sql;
     }
     result_.grouped = scope_.grouped;
     result_.distinct = select_.distinct;
+    scope_.windowsAllowed = true;
     for (const OrderItem& item : orderBy_) bindOrder(item);
     bindNaturalOrder();
     result_.uniqueKey = uniqueKey();
@@ -67,12 +74,28 @@ class SelectBinder {
 
   void bindTop() {
     if (!select_.top) return;
+    if (select_.withTies && orderBy_.empty()) {
+      raiseAt(select_.top->position, 1062, "TOP WITH TIES is not allowed without ORDER BY.");
+    }
+    if (select_.distinct && (select_.withTies || select_.percent)) {
+      refuse(select_.top->position, "TOP PERCENT or WITH TIES beside DISTINCT");
+    }
     const Bound top = binder_.bind(*select_.top);
+    result_.withTies = select_.withTies;
+    if (select_.percent) return bindPercent(top);
     if (!top.constant || !top.type.isInteger() || top.isNull() || top.constant->toInt64() < 0) {
       raiseAt(select_.top->position, 1060,
               "The number of rows provided for TOP must be an integer of 0 or more.");
     }
     result_.top = top.constant->toInt64();
+  }
+
+  void bindPercent(const Bound& top) {
+    const bool number = top.constant && top.type.isNumber() && !top.isNull();
+    if (!number || top.constant->toDouble() < 0 || top.constant->toDouble() > 100) {
+      raiseAt(select_.top->position, 1031, "Percent values must be between 0 and 100.");
+    }
+    result_.topPercent = castSql(top.sql, SqlType::floating());
   }
 
   void bindSources() {
@@ -121,10 +144,61 @@ class SelectBinder {
                    },
                    [&](const AssignmentItem& assignment) {
                      result_.variables.push_back(assignment.variable);
-                     add("", binder_.bind(*assignment.value), item.position);
+                     bindAssignment(*assignment.value, item.position);
                    },
                },
                item.node);
+  }
+
+  /// Whether at most one row comes: then only what stands before an assignment counts.
+  bool hasOneRow() const {
+    return select_.from.empty() || (scope_.grouped && !select_.groupBy) ||
+           (result_.top == 1 && !result_.withTies);
+  }
+
+  /// Assignments that read what others, or the row before, assigned are made one by one.
+  void prepareAssignments() {
+    if (!std::holds_alternative<AssignmentItem>(select_.items.front().node)) return;
+    scope_.accumulation = &steps_;
+    std::set<std::string, IgnoreCase> before;
+    for (const SelectItem& item : select_.items) {
+      if (!hasOneRow()) before.insert(std::get<AssignmentItem>(item.node).variable);
+    }
+    if (!hasOneRow()) steps_.pending = before;
+    for (const SelectItem& item : select_.items) {
+      const auto& assignment = std::get<AssignmentItem>(item.node);
+      stepwise_ = stepwise_ || readsVariable(*assignment.value, before);
+      before.insert(assignment.variable);
+    }
+    const auto isPlace = [](const OrderItem& item) {
+      return std::holds_alternative<IntegerLiteral>(item.key->node);
+    };
+    if (stepwise_ && (select_.distinct || std::ranges::any_of(orderBy_, isPlace))) {
+      refuse(select_.items.front().position,
+             "DISTINCT or an order by place beside assignments that read each other");
+    }
+  }
+
+  void bindAssignment(const Expression& value, Position position) {
+    if (!stepwise_) {
+      add("", binder_.bind(value), position);
+    } else if (readsVariable(value, steps_.pending)) {
+      steps_.stepwise = true;
+      result_.steps.push_back(binder_.bind(value));
+      steps_.stepwise = false;
+    } else {
+      result_.steps.push_back(steps_.input(binder_.bind(value), position));
+    }
+    steps_.pending.insert(result_.variables.back());
+  }
+
+  void finishAssignments() {
+    scope_.accumulation = nullptr;
+    if (!stepwise_) return;
+    result_.outputs = std::move(steps_.inputs);
+    if (result_.outputs.empty()) {
+      add("", constantOf(std::int64_t{1}, SqlType::integer()), select_.items.front().position);
+    }
   }
 
   static std::string columnName(const Expression& expression) {
@@ -155,14 +229,6 @@ class SelectBinder {
     for (const SourceColumn& column : source.columns) {
       Expression expression{position, ColumnReference{{position, {source.alias}, column.name}}};
       add(column.name, binder_.bind(expression), position);
-    }
-  }
-
-  void checkAssignments() const {
-    if (!result_.variables.empty() && result_.variables.size() != result_.outputs.size()) {
-      raiseAt(select_.items.front().position, 141,
-              "A SELECT statement that assigns a value to a variable must not be combined with "
-              "data-retrieval operations.");
     }
   }
 
@@ -262,6 +328,8 @@ class SelectBinder {
   const Select& select_;
   const std::vector<OrderItem>& orderBy_;
   ExpressionBinder binder_;
+  Accumulation steps_;
+  bool stepwise_ = false;
   BoundSelect result_;
 };
 

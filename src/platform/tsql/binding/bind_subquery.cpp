@@ -1,6 +1,8 @@
+#include "platform/tsql/binding/accumulation.h"
 #include "platform/tsql/binding/bind_expression.h"
 #include "platform/tsql/binding/bound_query.h"
 #include "platform/tsql/binding/conversions/text_rules.h"
+#include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/types/type_rules.h"
 #include "platform/tsql/engine/sql_text.h"
 
@@ -14,9 +16,16 @@ std::string keyRows(Context& context, const BoundQuery& query) {
          context.queries.text(context, query, typesOf(query)) + ") AS q(" + placeName(0) + ")";
 }
 
+/// A step of an assigning select runs behind the rows, where no query can.
+void requireNoStep(const QueryScope& scope, Position position) {
+  if (scope.accumulation != nullptr && scope.accumulation->stepwise) {
+    refuse(position, "a condition with a query beside a variable that the same select assigns");
+  }
+}
+
 /// Whether its rows are more than the rows of its FROM and WHERE.
 bool mustRun(const BoundSelect& select) {
-  return select.grouped || select.top == 0;
+  return select.grouped || select.top == 0 || select.topPercent;
 }
 
 /// A query that has a row exactly when this one has.
@@ -39,6 +48,7 @@ Bound ExpressionBinder::bindScalarSubquery(const ScalarSubquery& subquery) {
 
 BoundCondition ExpressionBinder::bindInSubquery(const Expression& expression,
                                                 const InSubqueryCondition& node) {
+  requireNoStep(scope_, expression.position);
   const Bound operand = bind(*node.operand);
   const BoundQuery query = context_.queries.bind(context_, &scope_, *node.query);
   const SqlType common = commonType(operand.type, onlyColumn(query, expression.position).type);
@@ -48,7 +58,23 @@ BoundCondition ExpressionBinder::bindInSubquery(const Expression& expression,
   return {"(" + value.sql + (node.negated ? " NOT IN (" : " IN (") + rows + "))", value.canFail};
 }
 
-BoundCondition ExpressionBinder::bindExists(const ExistsCondition& node) {
+BoundCondition ExpressionBinder::bindQuantified(const Expression& expression,
+                                                const QuantifiedComparison& node) {
+  requireNoStep(scope_, expression.position);
+  const Bound operand = bind(*node.operand);
+  const BoundQuery query = context_.queries.bind(context_, &scope_, *node.query);
+  const SqlType common = commonType(operand.type, onlyColumn(query, expression.position).type);
+  const Bound value = comparand(context_, operand, common, expression.position);
+  const std::string rows =
+      common.isText() ? keyRows(context_, query) : context_.queries.text(context_, query, {common});
+  std::string sql = "(" + value.sql;
+  sql.append(symbol(node.op)).append(node.all ? "ALL (" : "ANY (").append(rows).append("))");
+  return {std::move(sql), value.canFail};
+}
+
+BoundCondition ExpressionBinder::bindExists(const Expression& expression,
+                                            const ExistsCondition& node) {
+  requireNoStep(scope_, expression.position);
   const BoundQuery query = context_.queries.bind(context_, &scope_, *node.query);
   return {"EXISTS (" + existenceText(context_, query) + ")", false};
 }

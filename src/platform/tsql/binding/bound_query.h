@@ -39,12 +39,18 @@ struct BoundSelect {
   bool grouped = false;
   bool distinct = false;
   std::optional<std::int64_t> top;
+  std::optional<std::string> topPercent;  ///< a number from 0 to 100
+  bool withTies = false;                  ///< with as many rows as equal the last in the order
   std::vector<OrderTerm> orderBy;
   /// Terms that order the rows as they come without ORDER BY; see order_rules.h.
   std::vector<std::string> naturalOrder;
   /// Output columns whose values tell the rows apart; absent: not known.
   std::optional<std::vector<std::string>> uniqueKey;
-  std::vector<std::string> variables;  ///< of select @v = ..., one for each output
+  std::vector<std::string> variables;  ///< of select @v = ..., one for each output or step
+  /// Assignments that read each other: over the outputs, which are their inputs.
+  std::vector<Bound> steps;
+
+  bool isLimited() const { return top || topPercent; }
 };
 
 struct BoundBody;
@@ -55,8 +61,14 @@ struct BoundUnion {
   std::size_t distinctBranches = 0;
 };
 
+/// EXCEPT or INTERSECT of two branches.
+struct BoundSetQuery {
+  bool intersect = false;
+  std::vector<BoundBody> branches;
+};
+
 struct BoundBody {
-  std::variant<BoundSelect, BoundUnion> node;
+  std::variant<BoundSelect, BoundUnion, BoundSetQuery> node;
   std::vector<OutputColumn> columns;
 };
 

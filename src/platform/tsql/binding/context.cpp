@@ -11,7 +11,7 @@ std::string Context::require(const DecimalFunction& function) {
 
 Scope definitionScope(const Scope& scope) {
   static const Variables none;
-  return {scope.catalog, none, {}, scope.now, scope.readOnly, scope.rowCount};
+  return {scope.catalog, none, {}, scope.now, scope.readOnly, scope.rowCount, 0, 0, {}, {}};
 }
 
 }  // namespace velmora::tsql

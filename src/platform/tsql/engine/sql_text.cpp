@@ -33,7 +33,7 @@ std::string quoteText(std::string_view text) {
 }
 
 std::string engineTableName(std::string_view name) {
-  return (name.starts_with('#') ? "temp." : "main.") + quoteName(name);
+  return (name.starts_with('#') || name.starts_with('@') ? "temp." : "main.") + quoteName(name);
 }
 
 std::string engineColumnName(std::string_view name) {

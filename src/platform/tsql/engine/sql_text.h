@@ -11,7 +11,7 @@ namespace velmora::tsql {
 std::string quoteName(std::string_view name);
 /// A text constant in single quotes, inner ones doubled.
 std::string quoteText(std::string_view text);
-/// How DuckDB SQL names a table of that name: the schema of temporary tables for '#'
+/// How DuckDB SQL names a table of that name: the schema of temporary tables for '#' and '@'
 /// names, otherwise the account set's.
 std::string engineTableName(std::string_view name);
 /// How the engine's table names a column. A column "rowid" would hide the engine's own row

@@ -30,8 +30,14 @@ struct Change {
   /// Name of the table whose identity counter moves on by the number of rows inserted
   /// (times its increment); empty: none.
   std::string identityTable;
+  /// Name of the table changed; its keys tell which error a duplicate is.
+  std::string table;
+  /// The rows of OUTPUT, which `sql` answers; absent without.
+  std::optional<Rows> output;
   /// truncate table: the counter of this table starts over; empty: none.
   std::string identityReset;
+  bool insert = false;  ///< new rows: @@identity is theirs
+  bool counted = true;  ///< the number of rows is told; not that of truncate table
 };
 
 /// create table, create view.
@@ -58,6 +64,14 @@ struct Assign {
   std::string sql;
   /// Column n of the result goes to variables[n], already of the variable's type.
   std::vector<std::string> variables;
+  /// One row with the variables' final values and, behind them, the number of rows read.
+  bool counted = false;
+};
+
+/// alter table: the table as it is afterwards.
+struct AlterTable {
+  TableInfo table;
+  std::vector<std::string> sql;
 };
 
 /// create index, drop index: checked; only unique indexes exist in DuckDB, for others
@@ -67,6 +81,7 @@ struct IndexChange {
   std::optional<TableInfo> table;  ///< the table with its indexes afterwards; absent: as it was
 };
 
-using Action = std::variant<Rows, Change, CreateTable, SelectInto, DropTables, Assign, IndexChange>;
+using Action = std::variant<Rows, Change, CreateTable, SelectInto, DropTables, Assign, IndexChange,
+                            AlterTable>;
 
 }  // namespace velmora::tsql

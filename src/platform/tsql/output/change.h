@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/tsql/binding/bind_expression.h"
 #include "platform/tsql/binding/bind_from.h"
 #include "platform/tsql/binding/context.h"
 #include "platform/tsql/output/action.h"
@@ -18,6 +19,17 @@ void requireChangeable(Context& context, const TableInfo& table, Position positi
 
 /// The column of that name; raises 207.
 const ColumnInfo& requireColumn(const TableInfo& table, std::string_view name, Position position);
+
+/// Raises 271 for a computed column, which takes no value.
+void requireStored(const ColumnInfo& column, Position position);
+
+/// Makes the statement answer the rows of OUTPUT; `names` are the rows it knows, "inserted"
+/// or "deleted".
+void addOutput(Context& context, Change& change, const TableInfo& table,
+               const std::vector<SelectItem>& items, const std::vector<std::string>& names);
+
+/// TOP of a change; nothing without it. Raises 1060.
+std::optional<std::int64_t> changeTop(ExpressionBinder& binder, const ExpressionPtr& top);
 
 /// The target of UPDATE or DELETE among the sources of its FROM clause, which it joins
 /// when it is not named there.

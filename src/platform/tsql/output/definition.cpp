@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/tsql/binding/aggregate_search.h"
 #include "platform/tsql/binding/bind_expression.h"
 #include "platform/tsql/binding/bind_query.h"
 #include "platform/tsql/binding/bound_query.h"
@@ -47,12 +48,22 @@ std::string indexName(const TableInfo& table, std::string_view name) {
   return quoteName(table.name + "." + std::string(name));
 }
 
-/// A unique index; texts that differ in case or trailing blanks are the same key.
+std::string anyValue(const SqlType& type) {
+  if (type.isText()) return "''";
+  return castSql(type.isDate() ? "'2000-01-01'" : "0", type);
+}
+
+/// A unique index; texts that differ in case or trailing blanks are the same key, and one row
+/// at most has none.
 std::string uniqueIndexSql(const TableInfo& table, const UniqueIndex& index) {
   std::vector<std::string> keys;
   for (const std::string& column : index.columns) {
     const ColumnInfo& info = requireColumn(table, column, {});
-    keys.push_back("(" + keySql(computed(quoteName(info.nameInEngine()), info.type)) + ")");
+    const std::string key = keySql(computed(quoteName(info.nameInEngine()), info.type));
+    // The engine lets any number of rows without a value stand beside each other.
+    keys.push_back(info.nullable ? "(coalesce(" + key + ", " + anyValue(info.type) + "))"
+                                 : "(" + key + ")");
+    if (info.nullable) keys.push_back("(" + quoteName(info.nameInEngine()) + " IS NULL)");
   }
   return "CREATE UNIQUE INDEX " + indexName(table, index.name) + " ON " + table.engineName + " (" +
          join(keys, ", ") + ")";
@@ -70,17 +81,39 @@ bool hasText(const TableInfo& table, const std::vector<std::string>& columns) {
   });
 }
 
+BoundQuery refuseQuery(Context& /*context*/, const QueryScope* /*outer*/, const Query& query) {
+  raiseAt(query.body.position, 1046,
+          "Subqueries are not allowed in this context. Only scalar expressions are allowed.");
+}
+
+constexpr QueryStages kRowAlone{refuseQuery, nullptr};
+
+/// The time or a session's numbers would be those of the table's creation.
+void requireLasting(const Expression& expression) {
+  if (dependsOnMoment(expression)) {
+    refuse(expression.position, "a check or computed column that depends on time or session");
+  }
+}
+
 /// Binds one CREATE TABLE.
 class TableBinder {
  public:
-  TableBinder(Context& context, const CreateTableStatement& statement)
-      : context_(context), statement_(statement), table_(newTable(context, statement.table)) {}
+  TableBinder(Context& context, const CreateTableStatement& statement, bool variable)
+      : context_(context), statement_(statement), table_(newTable(context, statement.table)) {
+    if (variable != statement.table.name.starts_with('@')) {
+      refuse(statement.table.position, "a table named '" + statement.table.name + "'");
+    }
+  }
 
   CreateTable bind() {
     for (const ColumnDefinition& definition : statement_.columns) addColumn(definition);
     for (const KeyConstraint& key : statement_.keys) addKey(key);
+    const QueryScope row = rowScope();
     std::vector<std::string> lines;
-    for (const ColumnInfo& column : table_.columns) lines.push_back(columnSql(column));
+    for (std::size_t i = 0; i < table_.columns.size(); ++i) {
+      lines.push_back(columnSql(statement_.columns[i], table_.columns[i], row));
+    }
+    addChecks(lines, row);
     if (!declaredKey_.empty()) lines.push_back("PRIMARY KEY (" + declaredKey_ + ")");
     std::vector<std::string> sql = {createWords(table_) + table_.engineName + " (" +
                                     join(lines, ", ") + ")"};
@@ -94,6 +127,11 @@ class TableBinder {
     ColumnInfo column;
     column.name = definition.name;
     column.engineName = engineColumnName(definition.name);
+    column.computed = definition.computed != nullptr;
+    if (column.computed) {
+      table_.columns.push_back(std::move(column));
+      return;
+    }
     column.type = sqlType(definition.type);
     column.nullable = definition.nullable.value_or(!definition.primaryKey && !definition.identity);
     if (definition.identity) column.identity = identityOf(definition);
@@ -166,7 +204,62 @@ class TableBinder {
     return join(names, ", ");
   }
 
-  static std::string columnSql(const ColumnInfo& column) {
+  /// The row's columns as checks and computed columns name them.
+  QueryScope rowScope() const {
+    QueryScope scope;
+    scope.aggregatesAllowed = false;
+    scope.windowsAllowed = false;
+    Source row;
+    row.alias = table_.name;
+    for (const ColumnInfo& column : table_.columns) {
+      if (!column.computed)
+        row.columns.push_back({column.name, column.type, column.nullable, column.engineName});
+    }
+    scope.sources.push_back(std::move(row));
+    return scope;
+  }
+
+  /// Binds an expression that the table keeps: it sees the row and nothing of the batch.
+  template <class Bind>
+  auto kept(const Expression& expression, Bind bind) {
+    requireLasting(expression);
+    const Scope seen = definitionScope(context_.scope);
+    Context own(seen, kRowAlone);
+    const auto bound = bind(own);
+    for (const DecimalFunction& function : own.functions) context_.require(function);
+    // A permanent table outlives the functions that one connection asked for.
+    if (!table_.temporary && !own.functions.empty()) {
+      refuse(expression.position, "a check that divides decimals in a permanent table");
+    }
+    return bound;
+  }
+
+  void addChecks(std::vector<std::string>& lines, QueryScope row) {
+    const auto add = [&](const ExpressionPtr& check) {
+      const auto bound = kept(
+          *check, [&](Context& own) { return ExpressionBinder(own, row).bindCondition(*check); });
+      lines.push_back("CHECK (" + bound.sql + ")");
+    };
+    for (const ColumnDefinition& column : statement_.columns) {
+      for (const ExpressionPtr& check : column.checks) add(check);
+    }
+    for (const ExpressionPtr& check : statement_.checks) add(check);
+  }
+
+  std::string computedSql(const ColumnDefinition& definition, ColumnInfo& column, QueryScope row) {
+    // A file tells the type of such a column, but not that it takes no values.
+    if (!table_.temporary) refuse(definition.position, "a computed column of a permanent table");
+    const Bound value = kept(*definition.computed, [&](Context& own) {
+      return ExpressionBinder(own, row).bind(*definition.computed);
+    });
+    column.type = value.type.kind == SqlKind::untypedNull ? SqlType::integer() : value.type;
+    return quoteName(column.nameInEngine()) + " " + engineType(column.type) +
+           " GENERATED ALWAYS AS (" + exactSql(value) + ") VIRTUAL";
+  }
+
+  std::string columnSql(const ColumnDefinition& definition, ColumnInfo& column,
+                        const QueryScope& row) {
+    if (column.computed) return computedSql(definition, column, row);
     std::string sql = quoteName(column.nameInEngine()) + " " + engineType(column.type);
     if (!column.nullable) sql += " NOT NULL";
     return sql;
@@ -238,10 +331,76 @@ void addDropped(Context& context, DropTables& result, const QualifiedName& name,
   result.sql.push_back((view ? "DROP VIEW " : "DROP TABLE ") + table->engineName);
 }
 
+/// Rows that are there get the default only where they must have a value.
+void addColumn(Context& context, AlterTable& alter, const ColumnDefinition& definition) {
+  TableInfo& table = alter.table;
+  if (definition.identity || definition.primaryKey || definition.unique || definition.computed ||
+      !definition.checks.empty()) {
+    refuse(definition.position, "adding a column with a key, check, identity or expression");
+  }
+  for (const ColumnInfo& column : table.columns) {
+    if (!sameName(column.name, definition.name)) continue;
+    raiseAt(definition.position, 2705,
+            "Column names in each table must be unique. Column name '" + definition.name +
+                "' in table '" + table.name + "' is specified more than once.");
+  }
+  ColumnInfo column;
+  column.name = definition.name;
+  column.type = sqlType(definition.type);
+  column.nullable = definition.nullable.value_or(true);
+  column.engineName = engineColumnName(definition.name);
+  if (definition.defaultValue) {
+    checkDefault(context, table, column, *definition.defaultValue);
+    column.defaultText = print(*definition.defaultValue);
+  }
+  const std::string words = "ALTER TABLE " + table.engineName;
+  const std::string name = quoteName(column.nameInEngine());
+  const std::string added = words + " ADD COLUMN " + name + " " + engineType(column.type);
+  if (column.nullable) {
+    alter.sql.push_back(added);
+  } else {
+    alter.sql.push_back(added + " DEFAULT " + defaultSql(context, table, column));
+    alter.sql.push_back(words + " ALTER COLUMN " + name + " SET NOT NULL");
+    alter.sql.push_back(words + " ALTER COLUMN " + name + " DROP DEFAULT");
+  }
+  table.columns.push_back(std::move(column));
+}
+
+void dropColumn(AlterTable& alter, const QualifiedName& name) {
+  TableInfo& table = alter.table;
+  const ColumnInfo& info = requireColumn(table, name.name, name.position);
+  const std::string column = info.name;
+  const std::string engineName = info.nameInEngine();
+  const auto inKey = [&](const std::vector<std::string>& key) {
+    return std::ranges::find(key, column) != key.end();
+  };
+  if (inKey(table.primaryKey) || table.columns.size() == 1) {
+    raiseAt(name.position, 4922,
+            "ALTER TABLE DROP COLUMN " + column +
+                " failed because one or more objects access this column.");
+  }
+  std::erase_if(table.columns, [&](const ColumnInfo& one) { return one.name == column; });
+  alter.sql.push_back("ALTER TABLE " + table.engineName + " DROP COLUMN " + quoteName(engineName));
+}
+
 }  // namespace
 
-CreateTable translateCreateTable(Context& context, const CreateTableStatement& statement) {
-  return TableBinder(context, statement).bind();
+CreateTable translateCreateTable(Context& context, const CreateTableStatement& statement,
+                                 bool variable) {
+  return TableBinder(context, statement, variable).bind();
+}
+
+AlterTable translateAlterTable(Context& context, const AlterTableStatement& statement) {
+  const TableInfo& table = requireTable(context, statement.table);
+  requireChangeable(context, table, statement.table.position);
+  AlterTable alter{table, {}};
+  // The engine changes no table with an index on it, nor drops the index in one go.
+  if (!table.uniqueIndexes.empty()) {
+    refuse(statement.table.position, "altering a table with a unique index or a key of texts");
+  }
+  for (const ColumnDefinition& definition : statement.added) addColumn(context, alter, definition);
+  for (const QualifiedName& name : statement.dropped) dropColumn(alter, name);
+  return alter;
 }
 
 CreateTable translateCreateView(Context& context, const CreateViewStatement& statement) {

@@ -6,7 +6,10 @@
 
 namespace velmora::tsql {
 
-CreateTable translateCreateTable(Context& context, const CreateTableStatement& statement);
+/// `variable`: the table of DECLARE @t TABLE.
+CreateTable translateCreateTable(Context& context, const CreateTableStatement& statement,
+                                 bool variable = false);
+AlterTable translateAlterTable(Context& context, const AlterTableStatement& statement);
 CreateTable translateCreateView(Context& context, const CreateViewStatement& statement);
 SelectInto translateSelectInto(Context& context, const Query& query, const QualifiedName& into);
 DropTables translateDropTable(Context& context, const DropTableStatement& statement);

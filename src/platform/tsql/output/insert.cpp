@@ -36,6 +36,9 @@ class InsertBinder {
         "INSERT INTO " + table_.engineName + " (" + columnNames() + ") " +
         (rows != nullptr ? valuesSql(*rows) : querySql(*std::get<QueryPtr>(statement_.source)));
     if (identity() != nullptr) change.identityTable = table_.name;
+    change.table = table_.name;
+    change.insert = true;
+    addOutput(context_, change, table_, statement_.output, {"inserted"});
     return change;
   }
 
@@ -46,8 +49,9 @@ class InsertBinder {
         add(requireColumn(table_, name, position_));
       return;
     }
+    if (statement_.defaultValues) return;
     for (const ColumnInfo& column : table_.columns) {
-      if (!column.identity) targets_.push_back(&column);
+      if (!column.identity && !column.computed) targets_.push_back(&column);
     }
   }
 
@@ -56,6 +60,7 @@ class InsertBinder {
       raiseAt(position_, 544,
               "Cannot insert explicit value for identity column in table '" + table_.name + "'.");
     }
+    requireStored(column, position_);
     if (std::ranges::find(targets_, &column) != targets_.end()) {
       raiseAt(position_, 264, "The column name '" + column.name + "' is specified more than once.");
     }
@@ -70,8 +75,9 @@ class InsertBinder {
 
   std::string columnNames() const {
     std::vector<std::string> names;
-    for (const ColumnInfo& column : table_.columns)
-      names.push_back(quoteName(column.nameInEngine()));
+    for (const ColumnInfo& column : table_.columns) {
+      if (!column.computed) names.push_back(quoteName(column.nameInEngine()));
+    }
     return join(names, ", ");
   }
 
@@ -89,6 +95,7 @@ class InsertBinder {
   std::string row(Value value, const std::string& number) {
     std::vector<std::string> cells;
     for (const ColumnInfo& column : table_.columns) {
+      if (column.computed) continue;
       const auto target = std::ranges::find(targets_, &column);
       if (column.identity) {
         cells.push_back(number);
@@ -174,7 +181,7 @@ class InsertBinder {
   /// there already: behind the sort the engine works on one thread.
   std::vector<SqlType> typesToSort(const BoundQuery& bound) const {
     const auto* select = std::get_if<BoundSelect>(&bound.body.node);
-    const bool cut = select != nullptr && select->top;  // what is cut off may be too wide
+    const bool cut = select != nullptr && select->isLimited();  // what is cut off may be too wide
     std::vector<SqlType> types;
     for (const OutputColumn& column : columnsOf(bound)) {
       const SqlType& target = targets_[types.size()]->type;

@@ -164,15 +164,35 @@ std::vector<std::string> noneFixed(const Types& types) {
   return std::vector<std::string>(types.size());
 }
 
+/// TOP PERCENT and WITH TIES: each row with its place, its rank in the order and the count of
+/// all rows.
+std::string topText(Context& context, const BoundSelect& select, const Types& types) {
+  std::vector<std::string> ranks, values;
+  for (const OrderTerm& term : select.orderBy) {
+    if (!term.value.constant) ranks.push_back(orderTerm(term.value, term.descending));
+  }
+  for (std::size_t i = 0; i < types.size(); ++i) {
+    values.push_back(namedAs("q." + placeName(i), select.outputs[i].name));
+  }
+  const std::string order = orderClause(plainOrder(select));
+  const std::string most = select.topPercent ? "ceil(q.n * " + *select.topPercent + " / 100)"
+                                             : std::to_string(*select.top);
+  return "SELECT " + join(values, ", ") + " FROM (SELECT " + selectList(context, select, types) +
+         ", row_number() OVER (" + order + ") AS o, rank() OVER (" + orderClause(ranks) +
+         ") AS r, count(*) OVER () AS n" + select.body + ") AS q(" + placeNames(types.size()) +
+         ", o, r, n) WHERE q." + (select.withTies ? "r" : "o") + " <= " + most + " ORDER BY q.o";
+}
+
 std::string selectText(Context& context, const BoundBody& body, const BoundSelect& select,
                        const Types& types, RowOrder order) {
   const std::string rows = "SELECT " + selectList(context, select, types) + select.body;
-  const bool sorted = order == RowOrder::wanted || select.top;
+  const bool sorted = order == RowOrder::wanted || select.isLimited();
   if (select.distinct) {
     const DistinctColumns distinct{body.columns, types, noneFixed(types)};
     return sorted ? sortedDistinct(rows, distinct, select.orderBy, select.top)
                   : withoutDuplicates(rows, distinct);
   }
+  if (select.topPercent || select.withTies) return topText(context, select, types);
   return rows + (sorted ? orderClause(plainOrder(select)) : "") + limitClause(select.top);
 }
 
@@ -237,6 +257,28 @@ std::string unionText(Context& context, const BoundBody& body, const BoundUnion&
   return sorted ? sortedRows(rows, body.columns, types, orderBy) : rows;
 }
 
+/// The rows that only the left branch has, or both have. Groups of equal rows tell it: Null is
+/// equal to Null, and texts are compared by their rules.
+std::string setQueryText(Context& context, const BoundBody& body, const BoundSetQuery& query,
+                         const Types& types, const std::vector<OrderTerm>& orderBy,
+                         RowOrder order) {
+  std::vector<std::string> values, keys;
+  for (std::size_t i = 0; i < types.size(); ++i) {
+    const std::string place = "q." + placeName(i);
+    values.push_back(namedAs("min(" + place + ") FILTER (WHERE q.b = 1)", body.columns[i].name));
+    keys.push_back(keySql(computed(place, types[i])));
+  }
+  std::string rows;
+  for (std::size_t i = 0; i < query.branches.size(); ++i) {
+    rows += (i == 0 ? "" : " UNION ALL ") + ("SELECT l.*, " + std::to_string(i + 1) + " FROM (") +
+            bodyText(context, query.branches[i], types, {}, RowOrder::any) + ") AS l";
+  }
+  rows = "SELECT " + join(values, ", ") + " FROM (" + rows + ") AS q(" + placeNames(types.size()) +
+         ", b) GROUP BY " + join(keys, ", ") +
+         " HAVING min(q.b) = 1 AND max(q.b) = " + (query.intersect ? "2" : "1");
+  return order == RowOrder::wanted ? sortedRows(rows, body.columns, types, orderBy) : rows;
+}
+
 std::string bodyText(Context& context, const BoundBody& body, const Types& types,
                      const std::vector<OrderTerm>& orderBy, RowOrder order) {
   return std::visit(Overloaded{
@@ -245,6 +287,9 @@ std::string bodyText(Context& context, const BoundBody& body, const Types& types
                         },
                         [&](const BoundUnion& united) {
                           return unionText(context, body, united, types, orderBy, order);
+                        },
+                        [&](const BoundSetQuery& query) {
+                          return setQueryText(context, body, query, types, orderBy, order);
                         },
                     },
                     body.node);

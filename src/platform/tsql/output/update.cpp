@@ -32,8 +32,13 @@ class UpdateBinder {
     for (const Assignment& assignment : statement_.assignments) bindAssignment(assignment);
     if (statement_.where) where_ = binder_.bindCondition(*statement_.where);
     once_ = meetsOnce(scope_, *target_.source, statement_.from, statement_.where);
-    const bool direct = once_ && target_.from.inner && !readsTargetAgain();
-    return {direct ? directSql() : joinedSql(), "", ""};
+    top_ = changeTop(binder_, statement_.top);
+    const bool direct = !top_ && once_ && target_.from.inner && !readsTargetAgain();
+    Change change;
+    change.sql = direct ? directSql() : joinedSql();
+    change.table = target_.table->name;
+    addOutput(context_, change, *target_.table, statement_.output, {"inserted"});
+    return change;
   }
 
  private:
@@ -41,6 +46,7 @@ class UpdateBinder {
     const QualifiedName& name = assignment.column;
     const ColumnInfo& column = requireColumn(*target_.table, name.name, name.position);
     checkTarget(name, column);
+    requireStored(column, name.position);
     const bool isDefault = std::holds_alternative<DefaultLiteral>(assignment.value->node);
     const std::string label = target_.table->name + "." + column.name;
     values_.push_back(
@@ -105,9 +111,10 @@ class UpdateBinder {
       sets.push_back(quoteName(values_[i].column->nameInEngine()) + " = s." + place);
     }
     rows += " FROM " + target_.from.sql + whereSql();
-    const std::string select = once_ ? "SELECT " + rows
-                                     : "SELECT DISTINCT ON (" + rowId + ") " + rows + " ORDER BY " +
-                                           rowId + firstMatch(rowId);
+    std::string select = once_ ? "SELECT " + rows
+                               : "SELECT DISTINCT ON (" + rowId + ") " + rows + " ORDER BY " +
+                                     rowId + firstMatch(rowId);
+    if (top_) select += (once_ ? " ORDER BY " + rowId : "") + " LIMIT " + std::to_string(*top_);
     // Without a sort the engine would read and change the table in one go.
     const bool settle = once_ && readsTargetAgain();
     const std::string update =
@@ -133,6 +140,7 @@ class UpdateBinder {
   ChangeTarget target_;
   std::vector<NewValue> values_;
   std::optional<BoundCondition> where_;
+  std::optional<std::int64_t> top_;
   bool once_ = false;
 };
 
@@ -149,12 +157,19 @@ Change translateDelete(Context& context, const DeleteStatement& statement) {
   ExpressionBinder binder(context, scope);
   const std::string where =
       statement.where ? " WHERE " + binder.bindCondition(*statement.where).sql : "";
-  if (where.empty() && scope.sources.size() == 1) {
-    return {"DELETE FROM " + target.table->engineName, "", ""};
+  const auto top = changeTop(binder, statement.top);
+  const std::string rowId = rowNumberSql(target);
+  Change change;
+  change.table = target.table->name;
+  change.sql = "DELETE FROM " + target.table->engineName;
+  if (top) {
+    change.sql += " WHERE rowid IN (SELECT DISTINCT " + rowId + " FROM " + target.from.sql + where +
+                  " ORDER BY " + rowId + " LIMIT " + std::to_string(*top) + ")";
+  } else if (!where.empty() || scope.sources.size() > 1) {
+    change.sql += " WHERE rowid IN (SELECT " + rowId + " FROM " + target.from.sql + where + ")";
   }
-  return {"DELETE FROM " + target.table->engineName + " WHERE rowid IN (SELECT " +
-              rowNumberSql(target) + " FROM " + target.from.sql + where + ")",
-          "", ""};
+  addOutput(context, change, *target.table, statement.output, {"deleted"});
+  return change;
 }
 
 }  // namespace velmora::tsql

@@ -29,6 +29,8 @@ using ValueRows = std::vector<std::vector<ExpressionPtr>>;
 struct InsertStatement {
   QualifiedName table;
   std::vector<std::string> columns;  // empty: all of the table's columns
+  bool defaultValues = false;        // `default values`, one empty row
+  std::vector<SelectItem> output;    // of OUTPUT; empty without it
   std::variant<ValueRows, QueryPtr> source;
 };
 
@@ -38,14 +40,18 @@ struct Assignment {
 };
 
 struct UpdateStatement {
+  ExpressionPtr top;     // null without TOP
   QualifiedName target;  // a table, or an alias of FROM
   std::vector<Assignment> assignments;
+  std::vector<SelectItem> output;
   std::vector<TableSourcePtr> from;
   ExpressionPtr where;  // null when left out
 };
 
 struct DeleteStatement {
+  ExpressionPtr top;     // null without TOP
   QualifiedName target;  // a table, or an alias of FROM
+  std::vector<SelectItem> output;
   std::vector<TableSourcePtr> from;
   ExpressionPtr where;  // null when left out
 };
@@ -70,6 +76,8 @@ struct ColumnDefinition {
   std::optional<bool> nullable;  // absent when the text says neither
   bool primaryKey = false;
   bool unique = false;
+  ExpressionPtr computed;  // `name as expression`: no type then
+  std::vector<ExpressionPtr> checks;
 };
 
 struct IndexColumn {
@@ -88,6 +96,14 @@ struct CreateTableStatement {
   QualifiedName table;
   std::vector<ColumnDefinition> columns;
   std::vector<KeyConstraint> keys;
+  std::vector<ExpressionPtr> checks;
+};
+
+/// `alter table t add column, ...`, `alter table t drop column a, b`.
+struct AlterTableStatement {
+  QualifiedName table;
+  std::vector<ColumnDefinition> added;
+  std::vector<QualifiedName> dropped;
 };
 
 struct CreateIndexStatement {
@@ -129,7 +145,9 @@ struct VariableDeclaration {
   ExpressionPtr value;  // null when left out
 };
 
+/// Scalar variables and table variables.
 struct DeclareStatement {
+  std::vector<CreateTableStatement> tables;
   std::vector<VariableDeclaration> variables;
 };
 
@@ -156,6 +174,13 @@ struct IfStatement {
   StatementPtr otherwise;  // null without ELSE
 };
 
+struct WhileStatement {
+  ExpressionPtr condition;
+  StatementPtr body;
+};
+struct BreakStatement {};
+struct ContinueStatement {};
+
 /// `begin ... end`.
 struct BlockStatement {
   std::vector<Statement> statements;
@@ -176,6 +201,7 @@ using StatementNode =
                  TruncateStatement, CreateTableStatement, CreateIndexStatement, CreateViewStatement,
                  DropTableStatement, DropViewStatement, DropIndexStatement, DeclareStatement,
                  SetVariableStatement, SetOptionStatement, SetIsolationStatement, IfStatement,
+                 WhileStatement, BreakStatement, ContinueStatement, AlterTableStatement,
                  BlockStatement, PrintStatement, TransactionStatement>;
 
 struct Statement {

@@ -22,8 +22,8 @@ struct QualifiedName {
   std::vector<std::string> qualifiers;
   std::string name;
 
-  /// A table of the connection, `#t`.
-  bool isTemporary() const { return name.starts_with('#'); }
+  /// A table of the connection, `#t`, or of the batch, `@t`.
+  bool isTemporary() const { return name.starts_with('#') || name.starts_with('@'); }
 };
 
 enum class TypeKind {
@@ -159,13 +159,15 @@ struct SearchedCase {
 struct CastExpression {
   ExpressionPtr operand;
   DataType type;
+  bool attempt = false;  // try_cast: NULL where the value cannot be converted
 };
 
 /// `convert(type, x [, style])`.
 struct ConvertExpression {
   DataType type;
   ExpressionPtr operand;
-  ExpressionPtr style;  // null when left out
+  ExpressionPtr style;   // null when left out
+  bool attempt = false;  // try_convert
 };
 
 struct OrderItem {
@@ -186,6 +188,7 @@ struct FunctionCall {
   bool distinct = false;  // count(distinct x)
   bool star = false;      // count(*); no arguments then
   std::optional<WindowClause> over;
+  std::vector<OrderItem> withinGroup;  // string_agg(...) within group (order by ...)
 };
 
 /// `(select ...)` as one value.
@@ -235,6 +238,14 @@ struct InSubqueryCondition {
   bool negated = false;
 };
 
+/// `x = any (select ...)`, `x >= all (select ...)`; SOME is ANY.
+struct QuantifiedComparison {
+  ComparisonOperator op = ComparisonOperator::Equal;
+  ExpressionPtr operand;
+  QueryPtr query;
+  bool all = false;
+};
+
 struct LikeCondition {
   ExpressionPtr operand;
   ExpressionPtr pattern;
@@ -258,7 +269,8 @@ using ExpressionNode =
                  ColumnReference, UnaryExpression, ArithmeticExpression, SimpleCase, SearchedCase,
                  CastExpression, ConvertExpression, FunctionCall, ScalarSubquery, Comparison,
                  LogicalExpression, NotExpression, BetweenCondition, InListCondition,
-                 InSubqueryCondition, LikeCondition, IsNullCondition, ExistsCondition>;
+                 InSubqueryCondition, QuantifiedComparison, LikeCondition, IsNullCondition,
+                 ExistsCondition>;
 
 /// A value or a condition. The parser has checked which of the two its place takes: a
 /// condition stands only in WHERE, HAVING, ON, IF, searched CASE and under AND, OR, NOT.

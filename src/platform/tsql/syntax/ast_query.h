@@ -74,6 +74,8 @@ struct GroupBy {
 struct Select {
   bool distinct = false;
   ExpressionPtr top;  // null without TOP
+  bool percent = false;
+  bool withTies = false;
   std::vector<SelectItem> items;
   std::optional<QualifiedName> into;  // only in a statement's first select
   std::vector<TableSourcePtr> from;   // comma list; empty without FROM
@@ -96,9 +98,16 @@ struct UnionQuery {
   std::vector<Branch> rest;  // at least one
 };
 
+/// `a except b`, `a intersect b`.
+struct SetQuery {
+  bool intersect = false;
+  QueryBodyPtr left;
+  QueryBodyPtr right;
+};
+
 struct QueryBody {
   Position position;
-  std::variant<Select, UnionQuery> node;
+  std::variant<Select, UnionQuery, SetQuery> node;
 };
 
 /// `with name (columns) as (query)`.
@@ -113,6 +122,7 @@ struct Query {
   std::vector<CommonTable> with;
   QueryBody body;
   std::vector<OrderItem> orderBy;
+  std::optional<int> maxRecursion;  // option (maxrecursion n)
 };
 
 }  // namespace velmora::tsql

@@ -1,4 +1,5 @@
 #include "platform/tsql/syntax/parser_parts.h"
+#include "platform/tsql/syntax/syntax_error.h"
 
 namespace velmora::tsql {
 namespace {
@@ -25,6 +26,24 @@ Assignment parseAssignment(Cursor& cursor) {
   return assignment;
 }
 
+// `top (n)` of UPDATE and DELETE.
+ExpressionPtr parseChangeTop(Cursor& cursor) {
+  if (!cursor.accept("TOP")) return nullptr;
+  cursor.expect("(");
+  ExpressionPtr count = parseValue(cursor);
+  cursor.expect(")");
+  return count;
+}
+
+std::vector<SelectItem> parseOutput(Cursor& cursor) {
+  if (!cursor.accept("OUTPUT")) return {};
+  auto items = parseOutputItems(cursor);
+  if (cursor.at("INTO")) {
+    throw SyntaxError(cursor.position(), "OUTPUT ... INTO is not supported");
+  }
+  return items;
+}
+
 bool atQuery(const Cursor& cursor) {
   return cursor.at("SELECT") || isQueryParenthesis(cursor);
 }
@@ -35,9 +54,15 @@ StatementNode parseInsert(Cursor& cursor) {
   InsertStatement insert;
   cursor.expect("INSERT");
   cursor.accept("INTO");
-  insert.table = parseQualifiedName(cursor);
+  insert.table = parseTableName(cursor);
   if (cursor.at("(") && !atQuery(cursor)) insert.columns = parseNameList(cursor);
-  if (cursor.accept("VALUES")) {
+  insert.output = parseOutput(cursor);
+  if (cursor.at("DEFAULT") && insert.columns.empty()) {
+    cursor.next();
+    cursor.expect("VALUES");
+    insert.defaultValues = true;
+    insert.source = ValueRows(1);
+  } else if (cursor.accept("VALUES")) {
     insert.source = parseCommaList(cursor, parseValueRow);
   } else if (atQuery(cursor)) {
     insert.source = parseQuery(cursor);
@@ -50,9 +75,11 @@ StatementNode parseInsert(Cursor& cursor) {
 StatementNode parseUpdate(Cursor& cursor) {
   UpdateStatement update;
   cursor.expect("UPDATE");
-  update.target = parseQualifiedName(cursor);
+  update.top = parseChangeTop(cursor);
+  update.target = parseTableName(cursor);
   cursor.expect("SET");
   update.assignments = parseCommaList(cursor, parseAssignment);
+  update.output = parseOutput(cursor);
   if (cursor.accept("FROM")) update.from = parseFrom(cursor);
   if (cursor.accept("WHERE")) update.where = parseCondition(cursor);
   return update;
@@ -61,8 +88,10 @@ StatementNode parseUpdate(Cursor& cursor) {
 StatementNode parseDelete(Cursor& cursor) {
   DeleteStatement statement;
   cursor.expect("DELETE");
+  statement.top = parseChangeTop(cursor);
   cursor.accept("FROM");
-  statement.target = parseQualifiedName(cursor);
+  statement.target = parseTableName(cursor);
+  statement.output = parseOutput(cursor);
   if (cursor.accept("FROM")) statement.from = parseFrom(cursor);
   if (cursor.accept("WHERE")) statement.where = parseCondition(cursor);
   return statement;

@@ -83,11 +83,22 @@ bool acceptKey(Cursor& cursor, ColumnDefinition& column) {
   return true;
 }
 
+ExpressionPtr parseCheck(Cursor& cursor) {
+  cursor.expect("(");
+  ExpressionPtr condition = parseCondition(cursor);
+  cursor.expect(")");
+  return condition;
+}
+
 bool acceptColumnOption(Cursor& cursor, ColumnDefinition& column) {
   if (cursor.accept("IDENTITY")) {
     column.identity = parseIdentity(cursor);
   } else if (cursor.accept("DEFAULT")) {
     column.defaultValue = parseValue(cursor);
+  } else if (cursor.accept("CHECK")) {
+    column.checks.push_back(parseCheck(cursor));
+  } else if (cursor.at("COLLATE")) {
+    parseCollation(cursor);
   } else {
     return acceptNullability(cursor, column) || acceptKey(cursor, column);
   }
@@ -108,24 +119,34 @@ ColumnDefinition parseColumn(Cursor& cursor) {
   ColumnDefinition column;
   column.position = cursor.position();
   column.name = cursor.expectName();
+  if (cursor.accept("AS")) {
+    column.computed = parseValue(cursor);
+    cursor.accept("PERSISTED");
+    return column;
+  }
   column.type = parseType(cursor);
   parseColumnOptions(cursor, column);
   return column;
 }
 
-KeyConstraint parseKeyConstraint(Cursor& cursor) {
+void parseConstraint(Cursor& cursor, CreateTableStatement& create) {
   KeyConstraint key;
   key.position = cursor.position();
   skipConstraintName(cursor);
+  if (cursor.accept("CHECK")) {
+    create.checks.push_back(parseCheck(cursor));
+    return;
+  }
   key.primary = cursor.acceptPhrase("PRIMARY KEY");
   if (!key.primary) cursor.expect("UNIQUE");
   skipClustering(cursor);
   key.columns = parseIndexColumns(cursor);
-  return key;
+  create.keys.push_back(std::move(key));
 }
 
-bool atKeyConstraint(const Cursor& cursor) {
-  return cursor.at("CONSTRAINT") || cursor.at("PRIMARY") || cursor.at("UNIQUE");
+bool atConstraint(const Cursor& cursor) {
+  return cursor.at("CONSTRAINT") || cursor.at("PRIMARY") || cursor.at("UNIQUE") ||
+         cursor.at("CHECK");
 }
 
 // CREATE ----------------------------------------------------------------------------------------
@@ -133,15 +154,7 @@ bool atKeyConstraint(const Cursor& cursor) {
 StatementNode parseCreateTable(Cursor& cursor) {
   CreateTableStatement create;
   create.table = parseQualifiedName(cursor);
-  cursor.expect("(");
-  do {
-    if (atKeyConstraint(cursor)) {
-      create.keys.push_back(parseKeyConstraint(cursor));
-    } else {
-      create.columns.push_back(parseColumn(cursor));
-    }
-  } while (cursor.accept(","));
-  cursor.expect(")");
+  parseTableBody(cursor, create);
   skipFileGroup(cursor);
   return create;
 }
@@ -205,6 +218,33 @@ StatementNode parseCreate(Cursor& cursor) {
   skipClustering(cursor);
   cursor.expect("INDEX");
   return parseCreateIndex(cursor, unique);
+}
+
+void parseTableBody(Cursor& cursor, CreateTableStatement& create) {
+  cursor.expect("(");
+  do {
+    if (atConstraint(cursor)) {
+      parseConstraint(cursor, create);
+    } else {
+      create.columns.push_back(parseColumn(cursor));
+    }
+  } while (cursor.accept(","));
+  cursor.expect(")");
+}
+
+StatementNode parseAlter(Cursor& cursor) {
+  AlterTableStatement alter;
+  cursor.expect("ALTER");
+  cursor.expect("TABLE");
+  alter.table = parseQualifiedName(cursor);
+  if (cursor.accept("DROP")) {
+    cursor.expect("COLUMN");
+    alter.dropped = parseCommaList(cursor, parseQualifiedName);
+  } else {
+    cursor.expect("ADD");
+    alter.added = parseCommaList(cursor, parseColumn);
+  }
+  return alter;
 }
 
 StatementNode parseDrop(Cursor& cursor) {

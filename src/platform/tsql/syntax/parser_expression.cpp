@@ -18,8 +18,8 @@ bool holdsAny(const ExpressionNode& node) {
 
 bool isCondition(const Expression& expression) {
   return holdsAny<Comparison, LogicalExpression, NotExpression, BetweenCondition, InListCondition,
-                  InSubqueryCondition, LikeCondition, IsNullCondition, ExistsCondition>(
-      expression.node);
+                  InSubqueryCondition, QuantifiedComparison, LikeCondition, IsNullCondition,
+                  ExistsCondition>(expression.node);
 }
 
 ExpressionPtr requireValue(ExpressionPtr expression) {
@@ -141,7 +141,12 @@ ExpressionPtr parsePrefixed(Cursor& cursor, Precedence loosest) {
     ExpressionPtr operand = requireCondition(cursor, parseAtLeast(cursor, Precedence::Not));
     return makeExpression(position, NotExpression{std::move(operand)});
   }
-  return parsePrimary(cursor);
+  ExpressionPtr value = parsePrimary(cursor);
+  while (cursor.at("COLLATE")) {
+    value = requireValue(std::move(value));
+    parseCollation(cursor);
+  }
+  return value;
 }
 
 ExpressionPtr parseIsNull(Cursor& cursor, ExpressionPtr operand, Position position) {
@@ -187,6 +192,12 @@ ExpressionPtr parsePredicate(Cursor& cursor, ExpressionPtr operand) {
 
 ExpressionPtr parseComparison(Cursor& cursor, ExpressionPtr left, ComparisonOperator op) {
   const Position position = cursor.next().position;
+  const bool all = cursor.at("ALL");
+  if (all || cursor.at("ANY") || cursor.at("SOME")) {
+    cursor.next();
+    return makeExpression(
+        position, QuantifiedComparison{op, std::move(left), parseParenthesizedQuery(cursor), all});
+  }
   return makeExpression(position, Comparison{op, std::move(left), parseValue(cursor)});
 }
 

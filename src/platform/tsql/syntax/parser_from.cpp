@@ -24,6 +24,7 @@ class FromParser {
   TableSourcePtr parseJoins(TableSourcePtr left);
   TableSourcePtr parseJoin(TableSourcePtr left, JoinKind kind, Position position);
   TableSourcePtr parseDerivedTable();
+  TableSourcePtr parseValuesTable();
   TableSourcePtr parseNamedTable();
   TableSourcePtr parseJoinParenthesis();
   std::optional<std::string> parseAlias();
@@ -51,6 +52,7 @@ void FromParser::countTable() {
 TableSourcePtr FromParser::parsePrimary() {
   countTable();
   if (!cursor_.at("(")) return parseNamedTable();
+  if (cursor_.at("VALUES", 1)) return parseValuesTable();
   return isQueryParenthesis(cursor_) ? parseDerivedTable() : parseJoinParenthesis();
 }
 
@@ -74,10 +76,45 @@ TableSourcePtr FromParser::parseDerivedTable() {
   return makeSource(position, std::move(table));
 }
 
+// `(a, b)` of VALUES as a select without FROM.
+QueryBodyPtr parseValuesRow(Cursor& cursor) {
+  const Position position = cursor.position();
+  Select row;
+  cursor.expect("(");
+  for (ExpressionPtr& value : parseValueList(cursor)) {
+    const Position place = value->position;
+    row.items.push_back({place, ColumnItem{std::move(value), std::nullopt}});
+  }
+  cursor.expect(")");
+  return std::make_unique<QueryBody>(QueryBody{position, std::move(row)});
+}
+
+// `(values (1, 'a'), (2, 'b')) as t (x, y)`: its rows are branches of a union.
+TableSourcePtr FromParser::parseValuesTable() {
+  const Position position = cursor_.position();
+  DerivedTable table;
+  cursor_.expect("(");
+  cursor_.expect("VALUES");
+  auto rows = parseCommaList(cursor_, parseValuesRow);
+  cursor_.expect(")");
+  table.query = std::make_unique<Query>();
+  if (rows.size() == 1) {
+    table.query->body = std::move(*rows.front());
+  } else {
+    UnionQuery chain{std::move(rows.front()), {}};
+    for (std::size_t i = 1; i < rows.size(); ++i) chain.rest.push_back({true, std::move(rows[i])});
+    table.query->body = QueryBody{position, std::move(chain)};
+  }
+  cursor_.accept("AS");
+  table.alias = cursor_.expectName();
+  table.columns = parseNameList(cursor_);
+  return makeSource(position, std::move(table));
+}
+
 TableSourcePtr FromParser::parseNamedTable() {
   const Position position = cursor_.position();
   NamedTable table;
-  table.name = parseQualifiedName(cursor_);
+  table.name = parseTableName(cursor_);
   skipHints();
   table.alias = parseAlias();
   skipHints();

@@ -7,22 +7,32 @@ namespace {
 // Functions whose names are reserved words.
 bool atReservedFunction(const Cursor& cursor) {
   return cursor.at("LEFT") || cursor.at("RIGHT") || cursor.at("CONVERT") || cursor.at("COALESCE") ||
-         cursor.at("NULLIF");
+         cursor.at("NULLIF") || cursor.at("TRY_CONVERT");
 }
 
-ExpressionPtr parseCast(Cursor& cursor, Position position) {
-  CastExpression cast{parseValue(cursor), {}};
+ExpressionPtr parseCast(Cursor& cursor, Position position, bool attempt) {
+  CastExpression cast{parseValue(cursor), {}, attempt};
   cursor.expect("AS");
   cast.type = parseType(cursor);
   return makeExpression(position, std::move(cast));
 }
 
-ExpressionPtr parseConvert(Cursor& cursor, Position position) {
-  ConvertExpression convert{parseType(cursor), nullptr, nullptr};
+ExpressionPtr parseConvert(Cursor& cursor, Position position, bool attempt) {
+  ConvertExpression convert{parseType(cursor), nullptr, nullptr, attempt};
   cursor.expect(",");
   convert.operand = parseValue(cursor);
   if (cursor.accept(",")) convert.style = parseValue(cursor);
   return makeExpression(position, std::move(convert));
+}
+
+// `iif(condition, a, b)` is a CASE in short.
+ExpressionPtr parseIif(Cursor& cursor, Position position) {
+  std::vector<CaseBranch> branches(1);
+  branches.front().when = parseCondition(cursor);
+  cursor.expect(",");
+  branches.front().then = parseValue(cursor);
+  cursor.expect(",");
+  return makeExpression(position, SearchedCase{std::move(branches), parseValue(cursor)});
 }
 
 WindowClause parseWindow(Cursor& cursor) {
@@ -48,6 +58,15 @@ ExpressionPtr parsePlainCall(Cursor& cursor, Position position, std::string name
   call.name = std::move(name);
   parseArguments(cursor, call);
   cursor.expect(")");
+  if (cursor.at("WITHIN")) {
+    cursor.next();
+    cursor.expect("GROUP");
+    cursor.expect("(");
+    cursor.expect("ORDER");
+    cursor.expect("BY");
+    call.withinGroup = parseOrderItems(cursor);
+    cursor.expect(")");
+  }
   if (cursor.accept("OVER")) call.over = parseWindow(cursor);
   return makeExpression(position, std::move(call));
 }
@@ -71,9 +90,18 @@ ExpressionPtr parseFunctionCall(Cursor& cursor) {
   const Position position = cursor.position();
   std::string name = lowered(cursor.next().text);
   cursor.expect("(");
-  if (name != "cast" && name != "convert") return parsePlainCall(cursor, position, std::move(name));
-  ExpressionPtr call =
-      name == "cast" ? parseCast(cursor, position) : parseConvert(cursor, position);
+  const bool attempt = name.starts_with("try_");
+  const std::string plain = attempt ? name.substr(4) : name;
+  ExpressionPtr call;
+  if (plain == "cast") {
+    call = parseCast(cursor, position, attempt);
+  } else if (plain == "convert") {
+    call = parseConvert(cursor, position, attempt);
+  } else if (name == "iif") {
+    call = parseIif(cursor, position);
+  } else {
+    return parsePlainCall(cursor, position, std::move(name));
+  }
   cursor.expect(")");
   return call;
 }

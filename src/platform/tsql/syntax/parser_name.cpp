@@ -18,6 +18,12 @@ QualifiedName parseQualifiedName(Cursor& cursor) {
   return result;
 }
 
+QualifiedName parseTableName(Cursor& cursor) {
+  const Position position = cursor.position();
+  if (cursor.peek().kind != TokenKind::Variable) return parseQualifiedName(cursor);
+  return {position, {}, parseVariableName(cursor)};
+}
+
 std::string parseVariableName(Cursor& cursor) {
   if (cursor.peek().kind != TokenKind::Variable) cursor.unexpected("a @variable");
   return std::string(cursor.next().text);

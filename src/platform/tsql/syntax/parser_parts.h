@@ -23,6 +23,9 @@ ExpressionPtr parseCase(Cursor& cursor);
 
 // parser_type.cpp
 DataType parseType(Cursor& cursor);
+/// `collate name`: a collation that compares texts as the embedded database does, which knows
+/// no other.
+void parseCollation(Cursor& cursor);
 
 // parser_query.cpp
 QueryPtr parseQuery(Cursor& cursor);
@@ -31,6 +34,8 @@ QueryPtr parseTopQuery(Cursor& cursor);
 /// Whether the cursor stands at a `(` that holds a query, and no expression or join.
 bool isQueryParenthesis(const Cursor& cursor);
 std::vector<OrderItem> parseOrderItems(Cursor& cursor);
+/// The columns of OUTPUT.
+std::vector<SelectItem> parseOutputItems(Cursor& cursor);
 
 // parser_from.cpp
 std::vector<TableSourcePtr> parseFrom(Cursor& cursor);
@@ -42,6 +47,9 @@ StatementNode parseDelete(Cursor& cursor);
 StatementNode parseTruncate(Cursor& cursor);
 StatementNode parseCreate(Cursor& cursor);
 StatementNode parseDrop(Cursor& cursor);
+StatementNode parseAlter(Cursor& cursor);
+/// `(column, ..., key, ...)` of a new table.
+void parseTableBody(Cursor& cursor, CreateTableStatement& create);
 StatementNode parseDeclare(Cursor& cursor);
 StatementNode parseSet(Cursor& cursor);
 Statement parseStatement(Cursor& cursor);
@@ -51,6 +59,8 @@ std::vector<Statement> parseStatements(Cursor& cursor, std::string_view closing)
 
 // parser_name.cpp
 QualifiedName parseQualifiedName(Cursor& cursor);
+/// A table, which may be a variable.
+QualifiedName parseTableName(Cursor& cursor);
 /// `@v`.
 std::string parseVariableName(Cursor& cursor);
 /// `(a, b)`.

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "platform/tsql/syntax/limits.h"
 #include "platform/tsql/syntax/parser_parts.h"
 #include "platform/tsql/syntax/syntax_error.h"
@@ -97,8 +99,13 @@ ExpressionPtr parseTop(Cursor& cursor) {
     return count;
   }
   const Token token = cursor.peek();
-  if (token.kind != TokenKind::Integer) cursor.unexpected("a number");
+  if (token.kind != TokenKind::Integer && token.kind != TokenKind::Decimal) {
+    cursor.unexpected("a number");
+  }
   cursor.next();
+  if (token.kind == TokenKind::Decimal) {
+    return makeExpression(token.position, DecimalLiteral{std::string(token.text)});
+  }
   return makeExpression(token.position, IntegerLiteral{std::string(token.text)});
 }
 
@@ -127,7 +134,12 @@ Select parseSelect(Cursor& cursor, SelectPlace place) {
   cursor.expect("SELECT");
   select.distinct = cursor.accept("DISTINCT");
   if (!select.distinct) cursor.accept("ALL");
-  if (cursor.accept("TOP")) select.top = parseTop(cursor);
+  if (cursor.accept("TOP")) {
+    select.top = parseTop(cursor);
+    select.percent = cursor.accept("PERCENT");
+    select.withTies = cursor.at("WITH") && cursor.at("TIES", 1);
+    for (int words = select.withTies ? 2 : 0; words > 0; --words) cursor.next();
+  }
   select.items =
       parseCommaList(cursor, [place](Cursor& inside) { return parseSelectItem(inside, place); });
   requireOneKind(select.items);
@@ -155,17 +167,62 @@ QueryBodyPtr parseBranch(Cursor& cursor, SelectPlace place) {
   return inside;
 }
 
-QueryBodyPtr parseUnion(Cursor& cursor, SelectPlace place) {
+// EXCEPT and INTERSECT nest, unlike the branches of a union.
+void countSetQuery(const Cursor& cursor, int& count) {
+  if (++count <= kMaxDepth) return;
+  throw SyntaxError(cursor.position(), "more than " + std::to_string(kMaxDepth) +
+                                           " times EXCEPT or INTERSECT in one query");
+}
+
+QueryBodyPtr parseIntersect(Cursor& cursor, SelectPlace place, int& count) {
   const Position position = cursor.position();
-  QueryBodyPtr first = parseBranch(cursor, place);
-  UnionQuery chain;
-  while (cursor.accept("UNION")) {
-    const bool all = cursor.accept("ALL");
-    chain.rest.push_back({all, parseBranch(cursor, SelectPlace::Inside)});
+  QueryBodyPtr left = parseBranch(cursor, place);
+  while (cursor.accept("INTERSECT")) {
+    countSetQuery(cursor, count);
+    QueryBodyPtr right = parseBranch(cursor, SelectPlace::Inside);
+    left = makeBody(position, SetQuery{true, std::move(left), std::move(right)});
   }
+  return left;
+}
+
+QueryBodyPtr finishUnion(Position position, QueryBodyPtr first, UnionQuery chain) {
   if (chain.rest.empty()) return first;
   chain.first = std::move(first);
   return makeBody(position, std::move(chain));
+}
+
+QueryBodyPtr parseUnion(Cursor& cursor, SelectPlace place) {
+  const Position position = cursor.position();
+  int count = 0;
+  QueryBodyPtr first = parseIntersect(cursor, place, count);
+  UnionQuery chain;
+  for (;;) {
+    if (cursor.accept("UNION")) {
+      const bool all = cursor.accept("ALL");
+      chain.rest.push_back({all, parseIntersect(cursor, SelectPlace::Inside, count)});
+    } else if (cursor.accept("EXCEPT")) {
+      countSetQuery(cursor, count);
+      first = finishUnion(position, std::move(first), std::exchange(chain, {}));
+      QueryBodyPtr right = parseIntersect(cursor, SelectPlace::Inside, count);
+      first = makeBody(position, SetQuery{false, std::move(first), std::move(right)});
+    } else {
+      return finishUnion(position, std::move(first), std::move(chain));
+    }
+  }
+}
+
+// `option (maxrecursion 50)`: the one hint that changes an answer.
+int parseMaxRecursion(Cursor& cursor) {
+  cursor.expect("(");
+  cursor.expect("MAXRECURSION");
+  const Token token = cursor.peek();
+  if (token.kind != TokenKind::Integer || token.text.size() > 5 ||
+      std::stoi(std::string(token.text)) > 32767) {
+    cursor.unexpected("a number from 0 to 32767");
+  }
+  cursor.next();
+  cursor.expect(")");
+  return std::stoi(std::string(token.text));
 }
 
 CommonTable parseCommonTable(Cursor& cursor) {
@@ -195,6 +252,9 @@ QueryPtr parseQueryAt(Cursor& cursor, SelectPlace place) {
   }
   query->body = std::move(*parseUnion(cursor, place));
   if (cursor.acceptPhrase("ORDER BY")) query->orderBy = parseOrderItems(cursor);
+  if (place == SelectPlace::Statement && cursor.accept("OPTION")) {
+    query->maxRecursion = parseMaxRecursion(cursor);
+  }
   return query;
 }
 
@@ -204,7 +264,8 @@ bool isQueryParenthesis(const Cursor& cursor, std::size_t ahead, int depth) {
   if (cursor.at("SELECT", ahead + 1)) return true;
   if (!isQueryParenthesis(cursor, ahead + 1, depth + 1)) return false;
   const std::size_t behind = cursor.closingAhead(ahead + 1) + 1;
-  return cursor.at("UNION", behind) || cursor.at(")", behind);
+  return cursor.at("UNION", behind) || cursor.at("EXCEPT", behind) ||
+         cursor.at("INTERSECT", behind) || cursor.at(")", behind);
 }
 
 }  // namespace
@@ -219,6 +280,11 @@ QueryPtr parseTopQuery(Cursor& cursor) {
 
 bool isQueryParenthesis(const Cursor& cursor) {
   return isQueryParenthesis(cursor, 0, 0);
+}
+
+std::vector<SelectItem> parseOutputItems(Cursor& cursor) {
+  return parseCommaList(
+      cursor, [](Cursor& inside) { return parseSelectItem(inside, SelectPlace::Inside); });
 }
 
 std::vector<OrderItem> parseOrderItems(Cursor& cursor) {

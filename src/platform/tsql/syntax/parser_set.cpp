@@ -78,21 +78,32 @@ StatementNode parseOptions(Cursor& cursor) {
   return set;
 }
 
-VariableDeclaration parseDeclaration(Cursor& cursor) {
+void parseDeclaration(Cursor& cursor, DeclareStatement& declare) {
   VariableDeclaration declaration;
   declaration.position = cursor.position();
   declaration.name = parseVariableName(cursor);
   cursor.accept("AS");
+  if (cursor.accept("TABLE")) {
+    CreateTableStatement table;
+    table.table = {declaration.position, {}, declaration.name};
+    parseTableBody(cursor, table);
+    declare.tables.push_back(std::move(table));
+    return;
+  }
   declaration.type = parseType(cursor);
   if (cursor.accept("=")) declaration.value = parseValue(cursor);
-  return declaration;
+  declare.variables.push_back(std::move(declaration));
 }
 
 }  // namespace
 
 StatementNode parseDeclare(Cursor& cursor) {
   cursor.expect("DECLARE");
-  return DeclareStatement{parseCommaList(cursor, parseDeclaration)};
+  DeclareStatement declare;
+  do {
+    parseDeclaration(cursor, declare);
+  } while (cursor.accept(","));
+  return declare;
 }
 
 StatementNode parseSet(Cursor& cursor) {

@@ -24,6 +24,24 @@ StatementNode parseIf(Cursor& cursor) {
   return statement;
 }
 
+StatementNode parseWhile(Cursor& cursor) {
+  WhileStatement statement;
+  cursor.expect("WHILE");
+  statement.condition = parseCondition(cursor);
+  statement.body = parseStatementPtr(cursor);
+  return statement;
+}
+
+StatementNode parseBreak(Cursor& cursor) {
+  cursor.expect("BREAK");
+  return BreakStatement{};
+}
+
+StatementNode parseContinue(Cursor& cursor) {
+  cursor.expect("CONTINUE");
+  return ContinueStatement{};
+}
+
 bool atTransactionWord(const Cursor& cursor, std::size_t ahead) {
   return cursor.at("TRAN", ahead) || cursor.at("TRANSACTION", ahead);
 }
@@ -78,7 +96,11 @@ constexpr auto kStatements = std::to_array<StatementStart>({
     {"DROP", parseDrop},
     {"DECLARE", parseDeclare},
     {"SET", parseSet},
+    {"ALTER", parseAlter},
     {"IF", parseIf},
+    {"WHILE", parseWhile},
+    {"BREAK", parseBreak},
+    {"CONTINUE", parseContinue},
     {"BEGIN", parseBegin},
     {"PRINT", parsePrint},
     {"COMMIT", parseCommit},

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 #include "platform/tsql/syntax/parser_parts.h"
@@ -52,6 +53,20 @@ void parseSizes(Cursor& cursor, const TypeName& name, DataType& type) {
 }
 
 }  // namespace
+
+void parseCollation(Cursor& cursor) {
+  constexpr auto kLanguages =
+      std::to_array<std::string_view>({"chinese_", "latin1_general_", "sql_latin1_general_cp1_"});
+  cursor.expect("COLLATE");
+  const Position position = cursor.position();
+  const std::string name = lowered(cursor.expectName());
+  const bool known = std::any_of(kLanguages.begin(), kLanguages.end(),
+                                 [&](std::string_view start) { return name.starts_with(start); });
+  if (name == "database_default" || (known && name.ends_with("_ci_as"))) return;
+  throw SyntaxError(position, "the collation '" + name +
+                                  "' is not supported, expected one that ignores case and heeds "
+                                  "accents, such as Chinese_PRC_CI_AS");
+}
 
 DataType parseType(Cursor& cursor) {
   DataType type;

@@ -32,6 +32,7 @@ struct PrecedenceOf {
   Precedence operator()(const BetweenCondition&) const { return Precedence::Comparison; }
   Precedence operator()(const InListCondition&) const { return Precedence::Comparison; }
   Precedence operator()(const InSubqueryCondition&) const { return Precedence::Comparison; }
+  Precedence operator()(const QuantifiedComparison&) const { return Precedence::Comparison; }
   Precedence operator()(const LikeCondition&) const { return Precedence::Comparison; }
   Precedence operator()(const IsNullCondition&) const { return Precedence::Comparison; }
   Precedence operator()(const NotExpression&) const { return Precedence::Not; }
@@ -72,6 +73,7 @@ class ExpressionPrinter {
   void operator()(const BetweenCondition& node);
   void operator()(const InListCondition& node);
   void operator()(const InSubqueryCondition& node);
+  void operator()(const QuantifiedComparison& node);
   void operator()(const LikeCondition& node);
   void operator()(const IsNullCondition& node);
   void operator()(const ExistsCondition& node);
@@ -152,7 +154,7 @@ void ExpressionPrinter::operator()(const SearchedCase& node) {
 }
 
 void ExpressionPrinter::operator()(const CastExpression& node) {
-  out_ += "cast(";
+  out_ += node.attempt ? "try_cast(" : "cast(";
   append(out_, *node.operand);
   out_ += " AS ";
   append(out_, node.type);
@@ -160,7 +162,7 @@ void ExpressionPrinter::operator()(const CastExpression& node) {
 }
 
 void ExpressionPrinter::operator()(const ConvertExpression& node) {
-  out_ += "convert(";
+  out_ += node.attempt ? "try_convert(" : "convert(";
   append(out_, node.type);
   out_ += ", ";
   append(out_, *node.operand);
@@ -177,6 +179,11 @@ void ExpressionPrinter::operator()(const FunctionCall& node) {
   if (node.star) out_ += '*';
   appendList(out_, node.arguments);
   out_ += ')';
+  if (!node.withinGroup.empty()) {
+    out_ += " WITHIN GROUP (ORDER BY ";
+    appendList(out_, node.withinGroup);
+    out_ += ')';
+  }
   if (node.over) window(*node.over);
 }
 
@@ -241,6 +248,14 @@ void ExpressionPrinter::operator()(const InListCondition& node) {
 
 void ExpressionPrinter::operator()(const InSubqueryCondition& node) {
   predicate(node.operand, node.negated, "IN");
+  subquery(node.query);
+}
+
+void ExpressionPrinter::operator()(const QuantifiedComparison& node) {
+  value(node.operand);
+  out_ += ' ';
+  out_ += infixOperator(node.op).text;
+  out_ += node.all ? " ALL " : " ANY ";
   subquery(node.query);
 }
 

@@ -25,7 +25,11 @@ void append(std::string& out, const QualifiedName& name) {
     if (!qualifier.empty()) appendName(out, qualifier);
     out += '.';
   }
-  appendName(out, name.name);
+  if (name.name.starts_with('@')) {
+    out += name.name;  // a table variable
+  } else {
+    appendName(out, name.name);
+  }
 }
 
 void append(std::string& out, const DataType& type) {

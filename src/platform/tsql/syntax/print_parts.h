@@ -25,6 +25,9 @@ void append(std::string& out, const ExpressionPtr& expression);
 void append(std::string& out, const Query& query);
 void append(std::string& out, const TableSourcePtr& source);
 
+/// ` OUTPUT a, b`; nothing for an empty list.
+void appendOutput(std::string& out, const std::vector<SelectItem>& items);
+
 // print_statement.cpp
 void append(std::string& out, const Statement& statement);
 

@@ -75,7 +75,8 @@ void append(std::string& out, const Select& select) {
   if (select.top) {
     out += "TOP (";
     append(out, select.top);
-    out += ") ";
+    out += select.percent ? ") PERCENT " : ") ";
+    if (select.withTies) out += "WITH TIES ";
   }
   appendList(out, select.items,
              [](std::string& text, const SelectItem& item) { append(text, item); });
@@ -92,7 +93,7 @@ void append(std::string& out, const Select& select) {
 void append(std::string& out, const QueryBody& body);
 
 void appendBranch(std::string& out, const QueryBody& body) {
-  const bool nested = std::holds_alternative<UnionQuery>(body.node);
+  const bool nested = !std::holds_alternative<Select>(body.node);
   if (nested) out += '(';
   append(out, body);
   if (nested) out += ')';
@@ -104,6 +105,12 @@ void append(std::string& out, const UnionQuery& chain) {
     out += branch.all ? " UNION ALL " : " UNION ";
     appendBranch(out, *branch.body);
   }
+}
+
+void append(std::string& out, const SetQuery& query) {
+  appendBranch(out, *query.left);
+  out += query.intersect ? " INTERSECT " : " EXCEPT ";
+  appendBranch(out, *query.right);
 }
 
 void append(std::string& out, const QueryBody& body) {
@@ -130,6 +137,12 @@ void appendFrom(std::string& out, const std::vector<TableSourcePtr>& from) {
   appendList(out, from);
 }
 
+void appendOutput(std::string& out, const std::vector<SelectItem>& items) {
+  if (items.empty()) return;
+  out += " OUTPUT ";
+  appendList(out, items, [](std::string& text, const SelectItem& item) { append(text, item); });
+}
+
 void append(std::string& out, const Query& query) {
   if (!query.with.empty()) {
     out += "WITH ";
@@ -138,9 +151,13 @@ void append(std::string& out, const Query& query) {
     out += ' ';
   }
   append(out, query.body);
-  if (query.orderBy.empty()) return;
-  out += " ORDER BY ";
-  appendList(out, query.orderBy);
+  if (!query.orderBy.empty()) {
+    out += " ORDER BY ";
+    appendList(out, query.orderBy);
+  }
+  if (query.maxRecursion) {
+    out += " OPTION (MAXRECURSION " + std::to_string(*query.maxRecursion) + ")";
+  }
 }
 
 std::string print(const Query& query) {

@@ -17,8 +17,15 @@ void appendAssignment(std::string& out, const Assignment& assignment) {
   append(out, assignment.value);
 }
 
+void appendCheck(std::string& out, const ExpressionPtr& check) {
+  out += " CHECK (";
+  append(out, check);
+  out += ')';
+}
+
 void appendColumn(std::string& out, const ColumnDefinition& column) {
   appendName(out, column.name);
+  if (column.computed) return appendClause(out, "AS", column.computed);
   out += ' ';
   append(out, column.type);
   if (column.identity) {
@@ -29,6 +36,7 @@ void appendColumn(std::string& out, const ColumnDefinition& column) {
   if (column.primaryKey) out += " PRIMARY KEY";
   if (column.unique) out += " UNIQUE";
   appendClause(out, "DEFAULT", column.defaultValue);
+  for (const ExpressionPtr& check : column.checks) appendCheck(out, check);
 }
 
 void appendIndexColumns(std::string& out, const std::vector<IndexColumn>& columns) {
@@ -68,7 +76,10 @@ class StatementPrinter {
   void operator()(const InsertStatement& insert) {
     word("INSERT INTO ", insert.table);
     appendNameList(out_, insert.columns);
-    if (const auto* rows = std::get_if<ValueRows>(&insert.source)) {
+    appendOutput(out_, insert.output);
+    if (insert.defaultValues) {
+      out_ += " DEFAULT VALUES";
+    } else if (const auto* rows = std::get_if<ValueRows>(&insert.source)) {
       out_ += " VALUES ";
       appendList(out_, *rows, appendRow);
     } else {
@@ -78,15 +89,21 @@ class StatementPrinter {
   }
 
   void operator()(const UpdateStatement& update) {
-    word("UPDATE ", update.target);
+    out_ += "UPDATE ";
+    top(update.top);
+    append(out_, update.target);
     out_ += " SET ";
     appendList(out_, update.assignments, appendAssignment);
+    appendOutput(out_, update.output);
     appendFrom(out_, update.from);
     appendClause(out_, "WHERE", update.where);
   }
 
   void operator()(const DeleteStatement& statement) {
-    word("DELETE FROM ", statement.target);
+    out_ += "DELETE ";
+    top(statement.top);
+    word("FROM ", statement.target);
+    appendOutput(out_, statement.output);
     appendFrom(out_, statement.from);
     appendClause(out_, "WHERE", statement.where);
   }
@@ -95,11 +112,14 @@ class StatementPrinter {
 
   void operator()(const CreateTableStatement& create) {
     word("CREATE TABLE ", create.table);
-    out_ += " (";
-    appendList(out_, create.columns, appendColumn);
-    if (!create.columns.empty() && !create.keys.empty()) out_ += ", ";
-    appendList(out_, create.keys, appendKey);
-    out_ += ')';
+    tableBody(create);
+  }
+
+  void operator()(const AlterTableStatement& alter) {
+    word("ALTER TABLE ", alter.table);
+    out_ += alter.added.empty() ? " DROP COLUMN " : " ADD ";
+    appendList(out_, alter.added, appendColumn);
+    appendList(out_, alter.dropped);
   }
 
   void operator()(const CreateIndexStatement& create) {
@@ -135,6 +155,11 @@ class StatementPrinter {
   void operator()(const DeclareStatement& declare) {
     out_ += "DECLARE ";
     appendList(out_, declare.variables, appendDeclaration);
+    for (const CreateTableStatement& table : declare.tables) {
+      const bool first = declare.variables.empty() && &table == &declare.tables.front();
+      out_ += (first ? "" : ", ") + table.table.name + " TABLE";
+      tableBody(table);
+    }
   }
 
   void operator()(const SetVariableStatement& set) {
@@ -162,6 +187,17 @@ class StatementPrinter {
     out_ += " ELSE ";
     append(out_, *statement.otherwise);
   }
+
+  void operator()(const WhileStatement& loop) {
+    out_ += "WHILE ";
+    append(out_, loop.condition);
+    out_ += ' ';
+    append(out_, *loop.body);
+  }
+
+  void operator()(const BreakStatement&) { out_ += "BREAK"; }
+
+  void operator()(const ContinueStatement&) { out_ += "CONTINUE"; }
 
   void operator()(const BlockStatement& block) {
     out_ += "BEGIN ";
@@ -192,6 +228,27 @@ class StatementPrinter {
   }
 
  private:
+  void top(const ExpressionPtr& count) {
+    if (!count) return;
+    out_ += "TOP (";
+    append(out_, count);
+    out_ += ") ";
+  }
+
+  void tableBody(const CreateTableStatement& create) {
+    out_ += " (";
+    appendList(out_, create.columns, appendColumn);
+    for (const KeyConstraint& key : create.keys) {
+      if (!create.columns.empty() || &key != &create.keys.front()) out_ += ", ";
+      appendKey(out_, key);
+    }
+    for (const ExpressionPtr& check : create.checks) {
+      out_ += ',';
+      appendCheck(out_, check);
+    }
+    out_ += ')';
+  }
+
   void word(const char* words, const QualifiedName& name) {
     out_ += words;
     append(out_, name);

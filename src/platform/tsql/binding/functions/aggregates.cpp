@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "platform/tsql/binding/aggregate_search.h"
+#include "platform/tsql/binding/conversions/conversion.h"
 #include "platform/tsql/binding/conversions/conversion_number.h"
 #include "platform/tsql/binding/conversions/text_rules.h"
 #include "platform/tsql/binding/errors.h"
@@ -77,15 +79,15 @@ Bound average(const Aggregate& aggregate) {
 /// every time.
 Bound extreme(const Aggregate& aggregate, std::string_view name) {
   const Bound& argument = aggregate.argument;
-  if (argument.type.kind == SqlKind::bit) refuseOperand(aggregate);
+  if (argument.type.kind == SqlKind::bit || argument.type.kind == SqlKind::untypedNull) {
+    refuseOperand(aggregate);
+  }
   Bound result = computed(aggregate.sql(name, argument.sql), argument.type, argument.canFail);
   result.exact = argument.exact;
   if (argument.type.isText()) {
-    if (!aggregate.over.empty()) refuse(aggregate.call.position(), "min or max of texts with OVER");
-    result.sql = "(" +
-                 aggregate.sql(name, "struct_pack(k := " + keySql(argument) +
-                                         ", v := " + argument.sql + ")") +
-                 " FILTER (WHERE " + argument.sql + " IS NOT NULL)).v";
+    result.sql = "(" + std::string(name) + "(struct_pack(k := " + keySql(argument) +
+                 ", v := " + argument.sql + ")) FILTER (WHERE " + argument.sql + " IS NOT NULL)" +
+                 aggregate.over + ").v";
   }
   return result;
 }
@@ -94,6 +96,7 @@ Bound count(const Aggregate& aggregate) {
   const bool big = aggregate.call.syntax().name == "count_big";
   const SqlType type = big ? SqlType::of(SqlKind::bigInt) : SqlType::integer();
   const bool star = aggregate.call.syntax().star;
+  if (!star && aggregate.argument.type.kind == SqlKind::untypedNull) refuseOperand(aggregate);
   const std::string of =
       star ? "*"
            : (aggregate.distinct.empty() ? aggregate.argument.sql : keySql(aggregate.argument));
@@ -129,6 +132,51 @@ void checkAllowed(const Call& call) {
   }
 }
 
+/// Terms that decide among rows which an order leaves equal, so that each run numbers them
+/// the same way.
+std::string decidingTerms(const Call& call) {
+  const QueryScope& scope = call.binder().scope();
+  std::string terms;
+  if (scope.grouped) {
+    for (const std::string& term : groupOrder(scope, false)) terms += ", " + term;
+    return terms;
+  }
+  for (const Source& source : scope.sources) {
+    if (source.table != nullptr) {
+      terms += ", " + source.engine + ".rowid";
+      continue;
+    }
+    for (const SourceColumn& column : source.columns)
+      terms += ", " + orderTerm(computed(source.columnSql(column), column.type), false);
+  }
+  return terms;
+}
+
+/// Texts joined in the order of WITHIN GROUP, without it in that of the rows.
+Bound joinedTexts(const Call& call) {
+  if (call.count() != 2) {
+    raiseAt(call.position(), 174,
+            "The string_agg function requires 2 argument(s), not " + std::to_string(call.count()) +
+                ".");
+  }
+  if (call.syntax().distinct) refuse(call.position(), "string_agg of DISTINCT texts");
+  const Bound value =
+      castTo(call.binder().context(), call.binder().bindAggregateArgument(call.expression(0)),
+             SqlType::nvarchar(SqlType::kMaxLength), call.position());
+  const std::string separator = quoteText(call.constantText(1));
+  std::string order;
+  for (const OrderItem& item : call.syntax().withinGroup) {
+    order += ", " + orderTerm(call.binder().bindAggregateArgument(*item.key), item.descending);
+  }
+  QueryScope& scope = call.binder().scope();
+  const bool grouped = std::exchange(scope.grouped, false);
+  order += decidingTerms(call);
+  scope.grouped = grouped;
+  if (!order.empty()) order.replace(0, 1, " ORDER BY");
+  return computed("string_agg(" + value.sql + ", " + separator + order + ")", value.type,
+                  value.canFail);
+}
+
 void checkCount(const Call& call) {
   const std::size_t wanted = call.syntax().star ? 0 : 1;
   if (call.count() != wanted) {
@@ -146,7 +194,17 @@ Bound bindKnown(const Aggregate& aggregate) {
   return count(aggregate);
 }
 
-std::string windowSql(const Call& call) {
+/// An ORDER BY of OVER names columns; a constant orders nothing.
+Bound windowKey(const Call& call, const OrderItem& item) {
+  Bound key = call.binder().bind(*item.key);
+  if (key.constant) {
+    raiseAt(item.key->position, key.type.isInteger() ? 5308 : 5309,
+            "Windowed functions do not support constants as ORDER BY clause expressions.");
+  }
+  return key;
+}
+
+std::string windowSql(const Call& call, bool numbersRows) {
   std::string sql;
   for (const ExpressionPtr& key : call.syntax().over->partitionBy) {
     sql.append(sql.empty() ? "PARTITION BY " : ", ").append(keySql(call.binder().bind(*key)));
@@ -154,17 +212,99 @@ std::string windowSql(const Call& call) {
   bool first = true;
   for (const OrderItem& item : call.syntax().over->orderBy) {
     sql.append(first ? (sql.empty() ? "ORDER BY " : " ORDER BY ") : ", ");
-    sql += orderTerm(call.binder().bind(*item.key), item.descending);
+    sql += orderTerm(windowKey(call, item), item.descending);
     first = false;
   }
+  if (numbersRows) sql += decidingTerms(call);
   return " OVER (" + sql + ")";
 }
+
+void checkWindow(const Call& call) {
+  const QueryScope& scope = call.binder().scope();
+  if (scope.insideAggregate) {
+    raiseAt(call.position(), 4109,
+            "Windowed functions cannot be used in the context of another windowed function or "
+            "aggregate.");
+  }
+  if (!scope.windowsAllowed) {
+    raiseAt(call.position(), 4108,
+            "Windowed functions can only appear in the SELECT or ORDER BY clauses.");
+  }
+  if (call.syntax().distinct) {
+    raiseAt(call.position(), 10759, "Use of DISTINCT is not allowed with the OVER clause.");
+  }
+}
+
+void checkArguments(const Call& call, std::size_t fewest, std::size_t most) {
+  if (call.count() >= fewest && call.count() <= most) return;
+  raiseAt(call.position(), 174,
+          "The " + call.syntax().name + " function requires " + std::to_string(fewest) +
+              " argument(s), not " + std::to_string(call.count()) + ".");
+}
+
+Bound ranking(const Call& call, bool numbersRows) {
+  checkArguments(call, 0, 0);
+  const SqlType type = SqlType::of(SqlKind::bigInt);
+  return computed(castSql(call.syntax().name + "()" + windowSql(call, numbersRows), type), type);
+}
+
+/// The rows in so many groups of the same size, the first ones one row larger.
+Bound tile(const Call& call) {
+  checkArguments(call, 1, 1);
+  const int groups = call.constantInteger(0);
+  if (groups < 1) {
+    raiseAt(call.position(), 9819, "The NTILE function requires a positive number of groups.");
+  }
+  const SqlType type = SqlType::of(SqlKind::bigInt);
+  return computed(castSql("ntile(" + std::to_string(groups) + ")" + windowSql(call, true), type),
+                  type);
+}
+
+/// The value of the row so many rows before or behind.
+Bound neighbour(const Call& call) {
+  checkArguments(call, 1, 3);
+  const Bound value = call.argument(0);
+  const int distance = call.count() > 1 ? call.constantInteger(1) : 1;
+  if (distance < 0) {
+    raiseAt(call.position(), 8730,
+            "Offset parameter for Lag and Lead functions cannot be a "
+            "negative value.");
+  }
+  if (value.type.kind == SqlKind::untypedNull) {
+    refuse(call.position(), call.syntax().name + " of NULL");
+  }
+  std::string sql = call.syntax().name + "(" + exactSql(value) + ", " + std::to_string(distance);
+  bool canFail = value.canFail;
+  if (call.count() > 2) {
+    const Bound other =
+        castTo(call.binder().context(), call.argument(2), value.type, call.expression(2).position);
+    sql += ", " + exactSql(other);
+    canFail = canFail || other.canFail;
+  }
+  return computed(sql + ")" + windowSql(call, true), value.type, canFail);
+}
+
+struct WindowRule {
+  std::string_view name;
+  Bound (*bind)(const Call& call);
+};
+
+/// Functions that stand with OVER and ORDER BY only.
+constexpr auto kOrderedWindows = std::to_array<WindowRule>({
+    {"row_number", [](const Call& call) { return ranking(call, true); }},
+    {"rank", [](const Call& call) { return ranking(call, false); }},
+    {"dense_rank", [](const Call& call) { return ranking(call, false); }},
+    {"ntile", tile},
+    {"lag", neighbour},
+    {"lead", neighbour},
+});
 
 }  // namespace
 
 Bound bindAggregate(const Call& call) {
-  checkCount(call);
   checkAllowed(call);
+  if (call.syntax().name == "string_agg") return joinedTexts(call);
+  checkCount(call);
   if (call.syntax().name == "grouping") return grouping(call);
   Bound argument;
   if (!call.syntax().star) argument = call.binder().bindAggregateArgument(call.expression(0));
@@ -172,21 +312,23 @@ Bound bindAggregate(const Call& call) {
 }
 
 Bound bindWindowFunction(const Call& call) {
-  static constexpr auto kRankings =
-      std::to_array<std::string_view>({"row_number", "rank", "dense_rank"});
   const std::string& name = call.syntax().name;
-  if (std::ranges::find(kRankings, name) != kRankings.end()) {
-    const SqlType type = SqlType::of(SqlKind::bigInt);
-    return computed(castSql(name + "()" + windowSql(call), type), type);
+  checkWindow(call);
+  const auto ordered = std::ranges::find(kOrderedWindows, name, &WindowRule::name);
+  if (ordered != kOrderedWindows.end()) {
+    if (call.syntax().over->orderBy.empty()) {
+      raiseAt(call.position(), 4112,
+              "The function '" + name + "' must have an OVER clause with ORDER BY.");
+    }
+    return ordered->bind(call);
   }
-  if (!isAggregate(name) || name == "grouping") {
+  if (!isAggregate(name) || name == "grouping" || name == "string_agg") {
     refuse(call.position(), "the function " + name + " with OVER");
   }
   checkCount(call);
   Bound argument;
   if (!call.syntax().star) argument = call.argument(0);
-  return bindKnown(
-      {call, std::move(argument), call.syntax().distinct ? "DISTINCT " : "", windowSql(call)});
+  return bindKnown({call, std::move(argument), "", windowSql(call, false)});
 }
 
 }  // namespace velmora::tsql

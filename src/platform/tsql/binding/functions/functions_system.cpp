@@ -6,6 +6,7 @@
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/functions/functions.h"
 #include "platform/tsql/binding/names/name_rules.h"
+#include "platform/tsql/binding/types/type_rules.h"
 
 namespace velmora::tsql {
 namespace {
@@ -59,6 +60,45 @@ std::string tableName(std::string_view written) {
   return name;
 }
 
+/// The value at the place that the first argument says, counted from 1.
+Bound choose(const Call& call) {
+  const Bound place = call.integer(0);
+  std::vector<Bound> values;
+  SqlType type;
+  for (std::size_t i = 1; i < call.count(); ++i) {
+    values.push_back(call.argument(i));
+    type = i == 1 ? values.back().type : commonType(type, values.back().type);
+  }
+  if (type.kind == SqlKind::untypedNull) type = SqlType::integer();
+  Bound result = computed("(CASE " + place.sql, type, place.canFail);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const Bound value =
+        convertTo(call.binder().context(), values[i], type, call.expression(i + 1).position);
+    result.sql += " WHEN " + std::to_string(i + 1) + " THEN " + exactSql(value);
+    result.canFail = result.canFail || value.canFail;
+  }
+  result.sql += " END)";
+  return result;
+}
+
+/// The number the table gave last; its first before it gave any.
+Bound identCurrent(const Call& call) {
+  Catalog& catalog = call.binder().context().scope.catalog;
+  const TableInfo* table = catalog.findTable(tableName(call.constantText(0)));
+  if (table == nullptr) return identityConstant(std::nullopt);
+  for (const ColumnInfo& column : table->columns) {
+    if (!column.identity) continue;
+    const std::int64_t next = catalog.nextIdentity(*table);
+    const bool none = next == column.identity->seed;
+    return identityConstant(none ? next : next - column.identity->increment);
+  }
+  return identityConstant(std::nullopt);
+}
+
+Bound scopeIdentity(const Call& call) {
+  return identityConstant(call.binder().context().scope.scopeIdentity);
+}
+
 Bound objectId(const Call& call) {
   const std::string name = tableName(call.constantText(0));
   if (call.count() == 2 && !sameName(call.constantText(1), "U") &&
@@ -75,6 +115,9 @@ constexpr auto kRules = std::to_array<FunctionRule>({
     {"isnull", 2, 2, isNull},
     {"coalesce", 1, kMany, coalesce},
     {"nullif", 2, 2, nullIf},
+    {"choose", 2, kMany, choose},
+    {"ident_current", 1, 1, identCurrent},
+    {"scope_identity", 0, 0, scopeIdentity},
     {"object_id", 1, 2, objectId},
 });
 

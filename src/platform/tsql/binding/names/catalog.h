@@ -30,6 +30,7 @@ struct ColumnInfo {
   std::string engineName;
 
   const std::string& nameInEngine() const { return engineName.empty() ? name : engineName; }
+  bool computed = false;  ///< from the row's other columns; takes no value
 };
 
 /// A unique index or constraint: no two rows have the same values in its columns, texts

@@ -49,10 +49,21 @@ ColumnMatch resolveIn(const QueryScope& scope, const QualifiedName& name) {
   return match;
 }
 
+/// Whether a source of this query or of those around it is called so in DuckDB SQL.
+bool isEngineAlias(const QueryScope& scope, std::string_view name) {
+  for (const QueryScope* at = &scope; at != nullptr; at = at->outer) {
+    for (const Source& source : at->sources) {
+      if (sameName(source.engine, name)) return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 std::string Source::columnSql(const SourceColumn& column) const {
-  return engine + "." + quoteName(column.engineName.empty() ? column.name : column.engineName);
+  const std::string name = quoteName(column.engineName.empty() ? column.name : column.engineName);
+  return engine.empty() ? name : engine + "." + name;
 }
 
 const CommonTableInfo* QueryScope::findCommonTable(std::string_view name) const {
@@ -64,13 +75,11 @@ const CommonTableInfo* QueryScope::findCommonTable(std::string_view name) const 
 }
 
 std::string QueryScope::engineAlias(std::string_view alias) const {
-  int depth = 0;
-  bool taken = false;
-  for (const QueryScope* at = outer; at != nullptr; at = at->outer) {
-    ++depth;
-    taken = taken || findSource(*at, alias) != nullptr;
+  std::string name = quoteName(alias);
+  for (int number = 1; isEngineAlias(*this, name); ++number) {
+    name = quoteName(std::string(alias) + "_" + std::to_string(number));
   }
-  return quoteName(taken ? std::string(alias) + "_" + std::to_string(depth) : alias);
+  return name;
 }
 
 ColumnMatch resolveColumn(const QueryScope& scope, const QualifiedName& name) {

@@ -24,7 +24,7 @@ struct SourceColumn {
 /// A table, view or derived table of a FROM clause.
 struct Source {
   std::string alias;   ///< as the query names it
-  std::string engine;  ///< the alias in DuckDB SQL, quoted
+  std::string engine;  ///< the alias in DuckDB SQL, quoted; empty: columns stand alone
   std::vector<SourceColumn> columns;
   const TableInfo* table = nullptr;  ///< a stored table: it has row numbers
   /// Sets of columns whose values tell its rows apart: its primary key, its unique
@@ -50,19 +50,26 @@ struct CommonTableInfo {
 };
 using CommonTables = std::map<std::string, CommonTableInfo, IgnoreCase>;
 
+struct Accumulation;
+
 /// The names one SELECT sees.
 struct QueryScope {
   const QueryScope* outer = nullptr;
   std::vector<Source> sources;
   CommonTables commonTables;
-  bool grouped = false;          ///< GROUP BY, HAVING or an aggregate
-  bool insideAggregate = false;  ///< an aggregate's argument sees the rows themselves
+  bool grouped = false;  ///< GROUP BY, HAVING or an aggregate
+  /// An aggregate's argument sees the rows themselves. It may stand in a query within this
+  /// one, which holds its scope as constant.
+  mutable bool insideAggregate = false;
   bool aggregatesAllowed = true;
+  bool windowsAllowed = true;  ///< functions with OVER stand in the select list and ORDER BY
+  /// The select assigns to variables that its own expressions read; else null.
+  Accumulation* accumulation = nullptr;
   std::vector<GroupKey> keys;
 
   /// The common table of that name, in this query or around it; nullptr: none.
   const CommonTableInfo* findCommonTable(std::string_view name) const;
-  /// An alias for DuckDB that hides no alias of the queries around this one.
+  /// An alias for DuckDB that no source of this query or of those around it has.
   std::string engineAlias(std::string_view alias) const;
 };
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -31,7 +32,11 @@ struct Scope {
   collections::Date now;                 ///< getdate(), one value for the whole statement
   /// Changes to permanent tables are refused.
   bool readOnly = false;
-  std::int64_t rowCount = 0;  ///< @@rowcount
+  std::int64_t rowCount = 0;                  ///< @@rowcount
+  int transactions = 0;                       ///< @@trancount
+  int lastError = 0;                          ///< @@error
+  std::optional<std::int64_t> lastIdentity;   ///< @@identity
+  std::optional<std::int64_t> scopeIdentity;  ///< scope_identity()
 };
 
 }  // namespace velmora::tsql
