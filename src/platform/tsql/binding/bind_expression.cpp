@@ -3,6 +3,7 @@
 #include "platform/tsql/binding/aggregate_search.h"
 #include "platform/tsql/binding/conversions/conversion.h"
 #include "platform/tsql/binding/errors.h"
+#include "platform/tsql/syntax/limits.h"
 #include "platform/tsql/syntax/overloaded.h"
 
 namespace velmora::tsql {
@@ -71,13 +72,16 @@ Bound ExpressionBinder::bind(const Expression& expression) {
   const bool perGroup = scope_.grouped && !scope_.insideAggregate;
   if (perGroup && !std::holds_alternative<ColumnReference>(expression.node) &&
       hasKeyOfKind(scope_, kind) && !containsAggregate(expression)) {
+    if (++context_.keyTrials > kMaxKeyTrials) refuseDepth(expression.position);
     const UngroupedView rows(scope_);
     const Bound plain = bindNode(expression);
     if (const GroupKey* key = matchingKey(scope_, kind, plain.sql)) {
       return computed(key->valueSql, key->type);
     }
   }
-  return bindNode(expression);
+  Bound bound = bindNode(expression);
+  if (bound.sql.size() > kMaxExpressionSize && !bound.constant) refuseDepth(expression.position);
+  return bound;
 }
 
 Bound ExpressionBinder::bindAggregateArgument(const Expression& expression) {
