@@ -9,7 +9,8 @@ namespace velmora::cli {
 
 /// --timeout SECONDS, which the program itself heeds; for a command that reaches a database.
 void addTimeoutOption(CLI::App& command);
-/// --db, --dsn and --dsn-file, which exclude one another, and --timeout.
+/// --db, --dsn and --dsn-file, which exclude one another, --timeout and --debug, which the
+/// program itself heeds.
 void addConnectionOptions(CLI::App& command, AccountSetOptions& options);
 /// --side ar|ap.
 void addSideOption(CLI::App& command, AccountSetOptions& options);

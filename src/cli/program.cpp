@@ -10,6 +10,7 @@
 #include "cli/output/counted.h"
 #include "cli/output/display_width.h"
 #include "cli/secrets.h"
+#include "velmora/ado/diagnostics.h"
 #include "velmora/com/cancellation.h"
 #include "velmora/com/error.h"
 
@@ -48,6 +49,12 @@ const CLI::App& reachedCommand(const CLI::App& program) {
 int timeLimit(const CLI::App& program) {
   const auto* option = reachedCommand(program).get_option_no_throw("--timeout");
   return option == nullptr || option->empty() ? 0 : option->as<int>();
+}
+
+/// Whether the engine's own words are wanted beside its errors.
+bool isDebugging(const CLI::App& program) {
+  const auto* option = reachedCommand(program).get_option_no_throw("--debug");
+  return option != nullptr && !option->empty();
 }
 
 /// "velmora demo create", of the command that the arguments reached.
@@ -129,6 +136,10 @@ int parseAndRun(CLI::App& program, const Run& chosen, std::vector<std::string> a
                 Streams& streams) {
   try {
     parse(program, std::move(arguments));
+    const ado::ShownEngineWords shown(
+        [&, debugging = isDebugging(program)](std::string_view words) {
+          if (debugging) streams.err << "engine: " << words << '\n';
+        });
     return run(chosen, streams, timeLimit(program));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return program.exit(error, streams.out, streams.err);

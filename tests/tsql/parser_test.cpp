@@ -215,10 +215,13 @@ TEST(ParserTest, ErrorIsTheProvidersAndCutsLongTexts) {
 
 TEST(ParserTest, BytesThatAreNoTextAreRefused) {
   for (const std::string text : {"select \xFF", "select a\x80", "select \xE5\xBA",
-                                 "select \xC0\xAF", "select \xF5\x80\x80\x80"}) {
+                                 "select \xC0\xAF", "select \xF5\x80\x80\x80", "select '\xC0\xAF'",
+                                 "select '\xED\xA0\x80'", "-- \xFF\nselect 1"}) {
     EXPECT_THROW(parse(text), SyntaxError) << text;
   }
   EXPECT_THROW(parse(std::string("select \0 1", 10)), SyntaxError);
+  const com::Error inText = errorOf([] { parse(std::string("select\n 'a\0b'", 13)); });
+  EXPECT_EQ(inText.description(), "line 2, column 4: a NUL byte, expected text");
 }
 
 TEST(ParserTest, MarkBeforeTheTextIsSkipped) {

@@ -33,7 +33,7 @@ std::size_t Result::rowCount() const {
 
 Session::Session(duckdb_database database) : stopper_(kSource) {
   if (duckdb_connect(database, &connection_) != DuckDBSuccess)
-    throwEngineError("The database accepts no further connection.");
+    throwError("The database accepts no further connection.");
 }
 
 Result Session::run(const std::string& sql) {

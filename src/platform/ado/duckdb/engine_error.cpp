@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "platform/tsql/engine/engine_functions.h"
+#include "velmora/ado/diagnostics.h"
 #include "velmora/com/error.h"
 
 namespace velmora::ado::embedded {
@@ -94,31 +95,18 @@ std::optional<std::string> knownError(std::string_view message) {
   return duplicateKey(message);
 }
 
-/// `text` with every quoted absolute path replaced: where files lie is nobody's business
-/// who only runs queries.
-std::string withoutPaths(std::string_view text) {
-  std::string result;
-  while (!text.empty()) {
-    const auto start = std::min(text.find("\"/"), text.find("'/"));
-    result += text.substr(0, start);
-    if (start == npos) break;
-    const auto end = text.find(text[start], start + 1);
-    result += "(file)";
-    text = end == npos ? std::string_view() : text.substr(end + 1);
-  }
-  return result;
-}
-
 }  // namespace
 
-std::string readableError(std::string_view engineMessage) {
+std::optional<std::string> readableError(std::string_view engineMessage) {
   const auto firstLine = engineMessage.substr(0, engineMessage.find('\n'));
-  if (auto known = knownError(firstLine)) return *known;
-  return withoutPaths(tsql::sqlServerError(firstLine));
+  if (auto known = knownError(firstLine)) return known;
+  return tsql::sqlServerError(firstLine);
 }
 
 void throwEngineError(std::string_view engineMessage) {
-  throwError(readableError(engineMessage));
+  tellEngineWords(engineMessage);
+  throwError(
+      readableError(engineMessage).value_or("The database engine could not run this statement."));
 }
 
 void throwError(std::string message) {

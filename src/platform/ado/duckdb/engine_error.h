@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,11 +10,12 @@ namespace velmora::ado::embedded {
 inline constexpr const char* kSource = "Velmora.Embedded";
 
 /// What the engine said, as accountants and SQL Server users read it: SQL Server's number
-/// and wording where there is one ("2627: Violation of ..."), else the engine's first
-/// line. Names of files are left out, but for one that cannot be written.
-std::string readableError(std::string_view engineMessage);
+/// and wording ("2627: Violation of ..."); nothing where there is none. Names of files are
+/// left out, but for one that cannot be written.
+std::optional<std::string> readableError(std::string_view engineMessage);
 
-/// Raises com::error::kProvider with the readable form of the engine's message.
+/// Raises com::error::kProvider with the readable form of the engine's message, or one of ours
+/// for all that have none; the engine's words go to who wants to see them (ado/diagnostics.h).
 [[noreturn]] void throwEngineError(std::string_view engineMessage);
 /// Raises com::error::kProvider with `message` as it is.
 [[noreturn]] void throwError(std::string message);

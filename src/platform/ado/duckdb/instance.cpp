@@ -12,6 +12,7 @@
 #include "platform/ado/duckdb/engine.h"
 #include "platform/ado/duckdb/engine_error.h"
 #include "platform/ado/duckdb/value_functions.h"
+#include "velmora/ado/diagnostics.h"
 
 namespace velmora::ado::embedded {
 
@@ -59,7 +60,7 @@ std::string openFailure(std::string_view message) {
   };
   for (const auto& [engine, reason] : known)
     if (message.find(engine) != std::string_view::npos) return std::string(reason);
-  return readableError(message);
+  return readableError(message).value_or("the engine cannot read it");
 }
 
 class Options {
@@ -106,6 +107,7 @@ duckdb_database open(const Settings& settings, const std::string& spillFolder) {
   const char* path = settings.inMemory() ? nullptr : settings.file.c_str();
   if (duckdb_open_ext(path, &database, options.handle(), &message) == DuckDBSuccess)
     return database;
+  tellEngineWords(message ? message : "");
   const auto reason = openFailure(message ? message : "");
   duckdb_free(message);
   refuse(settings.inMemory() ? ":memory:" : settings.file, reason);

@@ -2,6 +2,7 @@
 #include "platform/tsql/binding/conversions/conversion.h"
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/types/type_rules.h"
+#include "platform/tsql/engine/engine_expressions.h"
 
 namespace velmora::tsql {
 namespace {
@@ -44,26 +45,35 @@ Bound assemble(Context& context, const std::vector<BoundBranch>& branches, const
   return result;
 }
 
-Bound withElse(ExpressionBinder& binder, const std::vector<BoundBranch>& branches,
-               const ExpressionPtr& otherwise, Position position) {
-  if (!otherwise) return assemble(binder.context(), branches, nullptr, position);
-  const Bound last = binder.bind(*otherwise);
-  return assemble(binder.context(), branches, &last, position);
-}
-
 }  // namespace
 
 Bound bindSimpleCase(ExpressionBinder& binder, const Expression& expression,
                      const SimpleCase& node) {
-  const Bound operand = binder.bind(*node.operand);
-  std::vector<BoundBranch> branches;
+  const Bound value = binder.bind(*node.operand);
+  std::vector<Bound> wanted, results;
   for (const CaseBranch& branch : node.branches) {
-    const Bound value = binder.bind(*branch.when);
-    branches.push_back({compare(binder.context(), ComparisonOperator::Equal, operand, value,
-                                branch.when->position),
-                        binder.bind(*branch.then)});
+    wanted.push_back(binder.bind(*branch.when));
+    results.push_back(binder.bind(*branch.then));
   }
-  return withElse(binder, branches, node.otherwise, expression.position);
+  std::optional<Bound> otherwise;
+  if (node.otherwise) otherwise = binder.bind(*node.otherwise);
+  const auto casesOf = [&](const Bound& operand) {
+    std::vector<BoundBranch> branches;
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+      branches.push_back({compare(binder.context(), ComparisonOperator::Equal, operand, wanted[i],
+                                  node.branches[i].when->position),
+                          results[i]});
+    }
+    return assemble(binder.context(), branches, otherwise ? &*otherwise : nullptr,
+                    expression.position);
+  };
+  if (node.branches.size() == 1 || costsNothingTwice(value)) return casesOf(value);
+  Bound result = casesOf(namedOnce(value, 0));
+  // The engine takes no query there.
+  if (result.sql.find("SELECT ") != std::string::npos) return casesOf(value);
+  result.sql = engine::once(std::array{value.sql}, result.sql);
+  result.canFail = result.canFail || value.canFail;
+  return result;
 }
 
 Bound bindSearchedCase(ExpressionBinder& binder, const Expression& expression,
@@ -73,7 +83,9 @@ Bound bindSearchedCase(ExpressionBinder& binder, const Expression& expression,
     BoundCondition when = binder.bindCondition(*branch.when);
     branches.push_back({std::move(when), binder.bind(*branch.then)});
   }
-  return withElse(binder, branches, node.otherwise, expression.position);
+  if (!node.otherwise) return assemble(binder.context(), branches, nullptr, expression.position);
+  const Bound last = binder.bind(*node.otherwise);
+  return assemble(binder.context(), branches, &last, expression.position);
 }
 
 Bound bindCoalesce(Context& context, std::vector<Bound> values, Position position) {

@@ -1,8 +1,11 @@
+#include <utility>
+
 #include "platform/tsql/binding/bind_expression.h"
 #include "platform/tsql/binding/conversions/conversion.h"
 #include "platform/tsql/binding/conversions/text_rules.h"
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/types/type_rules.h"
+#include "platform/tsql/syntax/limits.h"
 #include "platform/tsql/syntax/overloaded.h"
 #include "platform/tsql/values/code_points.h"
 
@@ -57,11 +60,24 @@ BoundCondition compare(Context& context, ComparisonOperator op, const Bound& lef
 }
 
 BoundCondition ExpressionBinder::bindCondition(const Expression& expression) {
+  if (const auto* logical = std::get_if<LogicalExpression>(&expression.node)) {
+    return bindLogical(*logical);
+  }
+  if (const auto* opposite = std::get_if<NotExpression>(&expression.node)) {
+    return bindNot(*opposite);
+  }
+  const bool negate = std::exchange(negated_, false);
+  BoundCondition result = bindLeaf(expression);
+  negated_ = negate;
+  if (negate) result.sql = "(NOT " + result.sql + ")";
+  if (result.sql.size() > kMaxExpressionSize) refuseDepth(expression.position);
+  return result;
+}
+
+BoundCondition ExpressionBinder::bindLeaf(const Expression& expression) {
   return std::visit(
       Overloaded{
           [&](const Comparison& node) { return bindComparison(expression, node); },
-          [&](const LogicalExpression& node) { return bindLogical(node); },
-          [&](const NotExpression& node) { return bindNot(node); },
           [&](const BetweenCondition& node) { return bindBetween(expression, node); },
           [&](const InListCondition& node) { return bindInList(expression, node); },
           [&](const InSubqueryCondition& node) { return bindInSubquery(expression, node); },
@@ -88,15 +104,16 @@ BoundCondition ExpressionBinder::bindLogical(const LogicalExpression& node) {
   std::vector<BoundCondition> conditions;
   conditions.reserve(node.operands.size());
   for (const ExpressionPtr& operand : node.operands) conditions.push_back(bindCondition(*operand));
-  return combine(node.op, conditions, negated_);
+  // NOT (a AND b) is NOT a OR NOT b.
+  const bool conjunction = (node.op == LogicalOperator::And) != negated_;
+  return combine(conjunction ? LogicalOperator::And : LogicalOperator::Or, conditions);
 }
 
 BoundCondition ExpressionBinder::bindNot(const NotExpression& node) {
-  const bool before = negated_;
-  negated_ = true;
-  const BoundCondition inner = bindCondition(*node.operand);
-  negated_ = before;
-  return {"(NOT " + inner.sql + ")", inner.canFail};
+  negated_ = !negated_;
+  BoundCondition inner = bindCondition(*node.operand);
+  negated_ = !negated_;
+  return inner;
 }
 
 BoundCondition ExpressionBinder::bindBetween(const Expression& expression,

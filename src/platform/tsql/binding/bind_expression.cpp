@@ -6,6 +6,7 @@
 #include "platform/tsql/binding/aggregate_search.h"
 #include "platform/tsql/binding/conversions/conversion.h"
 #include "platform/tsql/binding/errors.h"
+#include "platform/tsql/syntax/limits.h"
 #include "platform/tsql/syntax/overloaded.h"
 #include "velmora/collections/decimal.h"
 #include "velmora/com/error.h"
@@ -151,6 +152,7 @@ Bound ExpressionBinder::bindRow(const Expression& expression) {
   const bool perGroup = scope_.grouped && !scope_.insideAggregate;
   if (perGroup && !std::holds_alternative<ColumnReference>(expression.node) &&
       hasKeyOfKind(scope_, kind) && !containsAggregate(expression)) {
+    if (++context_.keyTrials > kMaxKeyTrials) refuseDepth(expression.position);
     const UngroupedView rows(scope_);
     Accumulation* steps = scope_.accumulation;
     const bool step = steps != nullptr && steps->stepwise;
@@ -161,7 +163,9 @@ Bound ExpressionBinder::bindRow(const Expression& expression) {
       return step ? steps->input(value, expression.position) : value;
     }
   }
-  return bindNode(expression);
+  Bound bound = bindNode(expression);
+  if (bound.sql.size() > kMaxExpressionSize && !bound.constant) refuseDepth(expression.position);
+  return bound;
 }
 
 Bound ExpressionBinder::bindAggregateArgument(const Expression& expression) {

@@ -18,7 +18,8 @@ class ExpressionBinder {
 
   /// A value.
   Bound bind(const Expression& expression);
-  /// A condition.
+  /// A condition, for those who ask whether it is true: where it is unknown it may come out
+  /// as false.
   BoundCondition bindCondition(const Expression& expression);
 
   /// An aggregate's argument: names mean columns of single rows.
@@ -49,7 +50,9 @@ class ExpressionBinder {
 
   Context& context_;
   QueryScope& scope_;
-  /// Below a NOT false and unknown must be told apart.
+  BoundCondition bindLeaf(const Expression& expression);
+
+  /// Below a NOT the opposite is bound: nothing asks then whether a condition is false or unknown.
   bool negated_ = false;
 };
 
@@ -91,8 +94,7 @@ Bound comparand(Context& context, const Bound& value, const SqlType& common, Pos
 BoundCondition compare(Context& context, ComparisonOperator op, const Bound& left,
                        const Bound& right, Position position);
 /// AND or OR of conditions. Those that can fail are reached only by rows that the others
-/// let through. Without `exactUnknown` an unknown AND may come out as false.
-BoundCondition combine(LogicalOperator op, const std::vector<BoundCondition>& conditions,
-                       bool exactUnknown);
+/// let through. An unknown AND may come out as false.
+BoundCondition combine(LogicalOperator op, const std::vector<BoundCondition>& conditions);
 
 }  // namespace velmora::tsql

@@ -34,7 +34,7 @@ std::vector<BoundCondition> conditionsOf(const Terms& terms) {
 }
 
 BoundCondition all(const Terms& terms) {
-  return combine(LogicalOperator::And, conditionsOf(terms), false);
+  return combine(LogicalOperator::And, conditionsOf(terms));
 }
 
 bool contains(const Terms& terms, const Term& wanted) {
@@ -109,7 +109,7 @@ class TermBinder {
       for (const Term& term : branch) rest.sides |= term.sides;
       alternatives.push_back(all(branch));
     }
-    rest.condition = combine(LogicalOperator::Or, alternatives, false);
+    rest.condition = combine(LogicalOperator::Or, alternatives);
     shared.push_back(std::move(rest));
     return shared;
   }

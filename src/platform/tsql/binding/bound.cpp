@@ -1,7 +1,7 @@
 #include "platform/tsql/binding/bound.h"
 
 #include "platform/tsql/binding/types/typed_sql.h"
-#include "platform/tsql/engine/sql_text.h"
+#include "platform/tsql/engine/engine_expressions.h"
 
 namespace velmora::tsql {
 
@@ -20,6 +20,18 @@ Bound computed(std::string sql, const SqlType& type, bool canFail) {
   bound.type = type;
   bound.canFail = canFail;
   return bound;
+}
+
+bool costsNothingTwice(const Bound& value) {
+  constexpr std::size_t shortText = 200;
+  return value.constant || value.sql.size() <= shortText;
+}
+
+Bound namedOnce(const Bound& value, std::size_t index) {
+  Bound named = value;
+  named.sql = engine::onceName(index);
+  named.constant.reset();
+  return named;
 }
 
 std::string exactSql(const Bound& value) {

@@ -37,6 +37,11 @@ struct BoundCondition {
 Bound constantOf(collections::Variant value, const SqlType& type);
 /// A computed value.
 Bound computed(std::string sql, const SqlType& type, bool canFail = false);
+/// Whether its text is short enough to stand twice in an expression. What holds others is not:
+/// nested, it would double with each level.
+bool costsNothingTwice(const Bound& value);
+/// The value as the body of engine::once names it.
+Bound namedOnce(const Bound& value, std::size_t index);
 /// The same value, cast where DuckDB would give another type than engineType(type).
 std::string exactSql(const Bound& value);
 

@@ -39,6 +39,8 @@ struct Context {
   int viewDepth = 0;
   /// Where set, gets the source of every column that is read.
   std::vector<const Source*>* sourcesRead = nullptr;
+  /// How many expressions were bound to see whether they are a key of GROUP BY.
+  int keyTrials = 0;
 
   /// The DuckDB name of the function, remembered as needed.
   std::string require(const DecimalFunction& function);

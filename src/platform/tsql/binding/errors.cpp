@@ -19,4 +19,8 @@ void refuse(Position position, std::string_view construct) {
   raise(position, "Not supported: " + std::string(construct));
 }
 
+void refuseDepth(Position position) {
+  raiseAt(position, 191, "This statement is too deep; break it up into smaller ones.");
+}
+
 }  // namespace velmora::tsql

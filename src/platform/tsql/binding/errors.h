@@ -17,4 +17,7 @@ inline constexpr std::string_view kErrorSource = "Velmora.Embedded";
 /// Raises that `construct` is beyond what the front end knows, naming the place.
 [[noreturn]] void refuse(Position position, std::string_view construct);
 
+/// Raises 191, for an expression that would become more than the engine can take.
+[[noreturn]] void refuseDepth(Position position);
+
 }  // namespace velmora::tsql

@@ -36,4 +36,16 @@ std::string finite(std::string_view value, bool real) {
   return filled(real ? "velmora_finite_real($1)" : "velmora_finite($1)", {value});
 }
 
+std::string once(std::span<const std::string> values, std::string_view body) {
+  std::string sql = "list_transform([struct_pack(";
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    sql += (i > 0 ? ", v" : "v") + std::to_string(i) + " := " + values[i];
+  }
+  return sql.append(")], lambda velmora_once: ").append(body).append(")[1]");
+}
+
+std::string onceName(std::size_t index) {
+  return "velmora_once.v" + std::to_string(index);
+}
+
 }  // namespace velmora::tsql::engine

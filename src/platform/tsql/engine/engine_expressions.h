@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,5 +16,10 @@ std::string remainder(std::string_view a, std::string_view b);
 std::string ratio(std::string_view a, std::string_view b);
 /// A float, or a real, that is not beyond the type's range: error 8115.
 std::string finite(std::string_view value, bool real);
+
+/// `body`, which says the values as onceName(0), onceName(1), ...; each is computed once and
+/// stands in the text once. The body must hold no query.
+std::string once(std::span<const std::string> values, std::string_view body);
+std::string onceName(std::size_t index);
 
 }  // namespace velmora::tsql::engine

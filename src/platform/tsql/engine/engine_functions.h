@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -28,9 +29,9 @@ inline constexpr std::string_view kDivideByZero = "8134: Divide by zero error en
 inline constexpr std::string_view kArithmeticOverflow =
     "8115: Arithmetic overflow error converting expression to data type numeric.";
 
-/// A DuckDB error text as SQL Server would say it: errors that translated statements
-/// raise themselves ("245: Conversion failed ...") without DuckDB's prefix, overflows
-/// as 8115, failed conversions as 8114; any other text as it is.
-std::string sqlServerError(std::string_view engineMessage);
+/// A DuckDB error text as SQL Server would say it, without a word of the engine's: errors that
+/// translated statements raise themselves ("245: Conversion failed ...") as they are, others by
+/// number and sense; nothing for one that has none.
+std::optional<std::string> sqlServerError(std::string_view engineMessage);
 
 }  // namespace velmora::tsql

@@ -95,8 +95,7 @@ class UpdateBinder {
     if (where_) conditions.push_back(*where_);
     return "UPDATE " + own + " SET " + join(sets, ", ") +
            (others.empty() ? "" : " FROM " + join(others, ", ")) +
-           (conditions.empty() ? ""
-                               : " WHERE " + combine(LogicalOperator::And, conditions, false).sql);
+           (conditions.empty() ? "" : " WHERE " + combine(LogicalOperator::And, conditions).sql);
   }
 
   /// The new values are found by row number first. Where a row may meet several rows of

@@ -63,6 +63,7 @@ class Lexer {
     return charAt(at_) == first && charAt(at_ + 1) == second;
   }
 
+  void checkCharacters() const;
   void skipBlanksAndComments();
   bool skipBlank();
   void moveTo(std::size_t end);
@@ -85,7 +86,31 @@ class Lexer {
   Position position_;  // of at_
 };
 
+// The length of the character at `at`; 0 for bytes that are none.
+std::size_t characterSize(std::string_view text, std::size_t at) {
+  const auto [value, size] = decode(text, at);
+  const bool tooLong = (size == 3 && value < 0x800) || (size == 4 && value < 0x10000);
+  const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
+  return value == 0 || value > 0x10FFFF || tooLong || surrogate ? 0 : size;
+}
+
+void Lexer::checkCharacters() const {
+  Position position;
+  for (std::size_t at = 0; at < text_.size();) {
+    const std::size_t size = characterSize(text_, at);
+    if (size == 0) {
+      throw SyntaxError(position, text_[at] == '\0' ? "a NUL byte, expected text"
+                                                    : "bytes that are no UTF-8, expected text");
+    }
+    const bool newLine = text_[at] == '\n';
+    position.line += newLine ? 1 : 0;
+    position.column = newLine ? 1 : position.column + 1;
+    at += size;
+  }
+}
+
 std::vector<Token> Lexer::run() {
+  checkCharacters();
   std::vector<Token> tokens;
   tokens.reserve(text_.size() / 4 + 1);
   do {

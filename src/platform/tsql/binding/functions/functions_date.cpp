@@ -142,7 +142,9 @@ Bound isDate(const Call& call) {
   if (value.type.isDate()) {
     return computed(castSql("(" + value.sql + " IS NOT NULL)", type), type, value.canFail);
   }
-  return computed("coalesce(velmora_is_date(" + call.text(0).sql + "), 0)", type, value.canFail);
+  const Bound text = castTo(call.binder().context(), value, SqlType::varchar(SqlType::kMaxLength),
+                            call.position());
+  return computed("coalesce(velmora_is_date(" + text.sql + "), 0)", type, text.canFail);
 }
 
 constexpr auto kRules = std::to_array<FunctionRule>({

@@ -14,7 +14,8 @@ namespace {
 Bound number(const Call& call, std::size_t index) {
   Bound value = call.argument(index);
   if (value.type.isNumber()) return value;
-  return call.floating(index);
+  return castTo(call.binder().context(), value, SqlType::floating(),
+                call.expression(index).position);
 }
 
 Bound ofSameType(const Call& call, const std::string& name) {
@@ -51,16 +52,32 @@ Bound ceilingOf(const Call& call) {
   return wholeNumber(call, "ceil");
 }
 
+/// 10 to the power, as the engine reads it.
+std::string powerOfTen(int exponent) {
+  return "1" + std::string(static_cast<std::size_t>(exponent), '0');
+}
+
 /// The value without the digits behind `places` decimals.
-std::string truncatedSql(const Bound& value, int places) {
+std::string truncatedSql(Context& context, const Bound& value, int places) {
   if (value.type.isApproximate()) {
     const std::string factor = castSql("power(10, " + std::to_string(places) + ")", value.type);
     return "(trunc(" + value.sql + " * " + factor + ") / " + factor + ")";
   }
-  std::string unit = "1";
-  for (int i = places; i < 0; ++i) unit += '0';
-  if (places > 0) unit = "0." + std::string(static_cast<std::size_t>(places - 1), '0') + "1";
-  return "(" + value.sql + " - " + value.sql + " % " + unit + ")";
+  const int most = value.type.isInteger() ? 18 : collections::Decimal::kMaxDigits - 1;
+  if (places < -most) return "(" + value.sql + " * 0)";
+  const std::string unit = powerOfTen(std::max(-places, 0));
+  if (value.type.isInteger()) return "(" + value.sql + " // " + unit + " * " + unit + ")";
+  // A quotient is cut, not rounded.
+  const auto wide = [](std::string_view sql, int scale) {
+    return castSql(sql, SqlType::decimal(collections::Decimal::kMaxDigits, scale));
+  };
+  const std::string name = context.require(
+      {DecimalFunction::Operation::divide, value.type.scale, 0, std::max(places, 0)});
+  const std::string cut =
+      name + "(" + wide(value.sql, value.type.scale) + ", " + wide("'" + unit + "'", 0) + ")";
+  if (places >= 0) return cut;
+  const std::string times = context.require({DecimalFunction::Operation::multiply, 0, 0, 0});
+  return times + "(" + cut + ", " + wide("'" + unit + "'", 0) + ")";
 }
 
 /// Half away from zero; the type stays. A third argument other than 0 cuts instead.
@@ -71,7 +88,7 @@ Bound round(const Call& call) {
   if (places >= value.type.scale && value.type.isExact()) return value;
   std::string sql;
   if (cut) {
-    sql = truncatedSql(value, places);
+    sql = truncatedSql(call.binder().context(), value, places);
   } else if (value.type.isDecimal() && places >= 0) {
     sql = roundedSql(call.binder().context(), value, places);
   } else {

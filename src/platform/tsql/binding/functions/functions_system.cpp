@@ -7,6 +7,7 @@
 #include "platform/tsql/binding/functions/functions.h"
 #include "platform/tsql/binding/names/name_rules.h"
 #include "platform/tsql/binding/types/type_rules.h"
+#include "platform/tsql/engine/engine_expressions.h"
 
 namespace velmora::tsql {
 namespace {
@@ -33,13 +34,17 @@ Bound coalesce(const Call& call) {
 Bound nullIf(const Call& call) {
   const Bound value = call.argument(0);
   const Bound other = call.argument(1);
-  const BoundCondition same =
-      compare(call.binder().context(), ComparisonOperator::Equal, value, other, call.position());
   if (value.type.kind == SqlKind::untypedNull) {
     raiseAt(call.position(), 4151, "The first argument to NULLIF cannot be the NULL constant.");
   }
-  return computed("CASE WHEN " + same.sql + " THEN NULL ELSE " + exactSql(value) + " END",
-                  value.type, value.canFail || same.canFail);
+  const bool twice = costsNothingTwice(value);
+  const Bound a = twice ? value : namedOnce(value, 0);
+  const Bound b = twice ? other : namedOnce(other, 1);
+  const BoundCondition same =
+      compare(call.binder().context(), ComparisonOperator::Equal, a, b, call.position());
+  const std::string sql = "CASE WHEN " + same.sql + " THEN NULL ELSE " + exactSql(a) + " END";
+  return computed(twice ? sql : engine::once(std::array{value.sql, other.sql}, sql), value.type,
+                  value.canFail || same.canFail);
 }
 
 /// The last part of a written table name such as [dbo].[t] or tempdb..#t.

@@ -2,6 +2,7 @@
 #include <array>
 #include <limits>
 
+#include "platform/tsql/binding/conversions/conversion.h"
 #include "platform/tsql/binding/conversions/text_rules.h"
 #include "platform/tsql/binding/functions/functions.h"
 #include "platform/tsql/binding/types/typed_sql.h"
@@ -200,15 +201,22 @@ Bound str(const Call& call) {
                   SqlType::varchar(8000), true);
 }
 
+Bound asText(const Call& call, const Bound& value) {
+  if (value.type.isText()) return value;
+  return castTo(call.binder().context(), value, SqlType::varchar(SqlType::kMaxLength),
+                call.position());
+}
+
 /// Texts put together, NULL as nothing; with a separator NULL is left out.
 Bound joined(const Call& call, std::string_view name, std::size_t first) {
   std::string sql(name);
   SqlType type = SqlType::varchar(0);
   bool canFail = false;
   for (std::size_t i = 0; i < call.count(); ++i) {
-    const Bound text = call.text(i);
+    const Bound value = call.argument(i);
+    const Bound text = asText(call, value);
     sql.append(i == 0 ? "(" : ", ").append(text.sql);
-    const bool max = text.type.length == SqlType::kMaxLength && call.argument(i).type.isText();
+    const bool max = text.type.length == SqlType::kMaxLength && value.type.isText();
     const std::int64_t length = text.type.length == SqlType::kMaxLength ? 40 : text.type.length;
     const std::int64_t uses = i < first ? static_cast<std::int64_t>(call.count()) : 1;
     if (text.type.isNational()) type.kind = SqlKind::nvarchar;
