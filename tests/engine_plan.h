@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
@@ -22,13 +23,20 @@ inline void addTables(const nlohmann::json& plan, std::set<std::string>& tables)
   for (const auto& child : plan["children"]) addTables(child, tables);
 }
 
+/// Whether the engine knows beforehand that a side of the join has no rows.
+inline bool joinsNothing(const nlohmann::json& join) {
+  const auto& sides = join["children"];
+  return std::any_of(sides.begin(), sides.end(),
+                     [](const auto& side) { return side["name"] == "EMPTY_RESULT"; });
+}
+
 inline void addRowByRowJoins(const nlohmann::json& plan, std::vector<RowByRowJoin>& joins) {
   const auto name = plan["name"].get<std::string>();
   // Beside hash joins there are those that hash for them.
-  const bool byRow = name.find("JOIN") != std::string::npos &&
-                     name.find("HASH_JOIN") == std::string::npos &&
-                     name.find("DELIM_JOIN") == std::string::npos;
-  if (byRow || name == "CROSS_PRODUCT") {
+  const bool byRow = name == "CROSS_PRODUCT" || (name.find("JOIN") != std::string::npos &&
+                                                 name.find("HASH_JOIN") == std::string::npos &&
+                                                 name.find("DELIM_JOIN") == std::string::npos);
+  if (byRow && !joinsNothing(plan)) {
     joins.push_back({name, plan["extra_info"].dump(), {}});
     for (const auto& child : plan["children"]) addTables(child, joins.back().sides.emplace_back());
   }

@@ -95,18 +95,18 @@ std::vector<std::string> commands() {
       "account-check", "default-account --item-class 1 --item 1001 --class-type 1000000",
       "period-change --year 2009 --period 3 --old-start 2009-03-01 --old-end 2009-03-31 "
       "--new-start 2009-03-01 --new-end 2009-03-20"};
-  for (const std::string side : {" --side ar ", " --side ap "}) {
-    for (const auto& [kind, options] : kComparisons)
-      for (const auto& option : options) lines.push_back("reconcile " + kind + side + option);
-    for (const char* rest : {"", "--show-all", "--show-all --accounts 1122,2202"})
-      lines.push_back("close-check" + side + rest);
-    lines.push_back("init-check" + side);
-    lines.push_back("fin-date" + side);
-  }
-  for (const auto& [kind, options] : kComparisons)
-    for (const char* estimates : {"--estimates", "--outsourcing", "--estimates --outsourcing"})
+  for (const std::string side : {" --side ar ", " --side ap "})
+    for (const char* command :
+         {"close-check", "close-check --show-all", "close-check --show-all --accounts 1122,2202",
+          "init-check", "fin-date"})
+      lines.push_back(command + side);
+  for (const auto& [kind, options] : kComparisons) {
+    for (const std::string side : {"ar ", "ap ", "ap --estimates --outsourcing "})
       for (const auto& option : options)
-        lines.push_back("reconcile " + kind + " --side ap " + estimates + " " + option);
+        lines.push_back("reconcile " + kind + " --side " + side + option);
+    for (const char* estimates : {"--estimates", "--outsourcing"})
+      lines.push_back("reconcile " + kind + " --side ap " + estimates);
+  }
   return lines;
 }
 
@@ -115,40 +115,42 @@ std::vector<std::string> words(const std::string& line) {
   return {std::istream_iterator<std::string>(in), {}};
 }
 
-void runAll(PlannedProvider& provider, const std::string& file) {
+/// Looks at all commands on the small set after `settings` have been changed in it.
+void expectHashing(const char* settings) {
+  ::setenv("VELMORA_COMPONENT", VELMORA_COMPONENT, 1);
+  const TestFolder folder;
+  const std::string file = ";Data Source=" + folder.file("demo.db");
+  const auto connection = com::make<ado::Connection>();
+  connection->Open("Provider=Velmora.Embedded;Mode=Create" + file);
+  demo::createSmallSet(*connection);
+  connection->Execute(settings);
+  connection->Close();
+  connection->Open("Provider=Velmora.Embedded;Mode=Read" + file);  // the file is opened once
+  PlannedProvider provider;
   for (const auto& command : commands()) {
     provider.command = command;
     provider.statements = 0;
     auto arguments = words(command);
-    arguments.insert(arguments.end(), {"--dsn", "Provider=Planned;Mode=Read;Data Source=" + file});
+    arguments.insert(arguments.end(), {"--dsn", "Provider=Planned;Mode=Read" + file});
     std::istringstream in;
     std::ostringstream out, err;
     EXPECT_LE(runProgram(arguments, {in, out, err}), 1) << command << "\n" << err.str();
     EXPECT_GT(provider.statements, 0) << command;
   }
+  EXPECT_THAT(provider.found, testing::IsEmpty());
 }
 
 TEST(Plans, CompareNoTableRowByRow) {
-  ::setenv("VELMORA_COMPONENT", VELMORA_COMPONENT, 1);
-  const TestFolder folder;
-  PlannedProvider provider;
-  for (const char* settings :
-       {"",
-        // Estimates with vouchers, advances without; contacts that only some may see.
-        "update t_SystemProfile set FValue = '1' where FKey = 'MakeZanGuVoucher'\n"
-        "update t_RP_SystemProfile set FValue = '0' where FKey in ('FARPreNeedVoucher', "
-        "'FAPPreNeedVoucher')\n"
-        "insert into t_AccessSwitch values (0, 1)\n"
-        "insert into t_AccessRule select 0, 't_Item', FItemID from t_Item"}) {
-    const auto file = folder.file(*settings == '\0' ? "plain.db" : "other.db");
-    const auto connection = com::make<ado::Connection>();
-    connection->Open("Provider=Velmora.Embedded;Mode=Create;Data Source=" + file);
-    demo::createSmallSet(*connection);
-    if (*settings != '\0') connection->Execute(settings);
-    connection->Close();
-    runAll(provider, file);
-  }
-  EXPECT_THAT(provider.found, testing::IsEmpty());
+  expectHashing("set nocount on");
+}
+
+/// Estimates with vouchers, advances without; contacts that only some may see.
+TEST(Plans, CompareNoTableRowByRowUnderOtherSettings) {
+  expectHashing(
+      "update t_SystemProfile set FValue = '1' where FKey = 'MakeZanGuVoucher'\n"
+      "update t_RP_SystemProfile set FValue = '0' where FKey like 'FA_PreNeedVoucher'\n"
+      "update t_AccessSwitch set FUsed = 1\n"
+      "insert into t_AccessRule select 0, 't_Item', FItemID from t_Item");
 }
 
 }  // namespace
