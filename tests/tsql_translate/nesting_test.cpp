@@ -7,7 +7,7 @@ namespace velmora::tsql::test {
 namespace {
 
 constexpr std::string_view kTable = "create table t(n int, d decimal(18,4), s varchar(20))";
-constexpr std::size_t kLevels = 100;
+constexpr std::size_t kLevels = 60;
 
 /// Beginning and end of one level, and what stands innermost.
 struct Nested {

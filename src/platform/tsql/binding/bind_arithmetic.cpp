@@ -298,6 +298,9 @@ Bound bindOperator(ExpressionBinder& binder, ArithmeticOperator op, Bound left, 
 }
 
 Bound bindArithmetic(ExpressionBinder& binder, const ArithmeticExpression& arithmetic) {
+  // Each term is one level more to the engine, which takes the cube of them in time.
+  constexpr std::size_t mostTerms = 500;
+  if (arithmetic.rest.size() >= mostTerms) refuseDepth(arithmetic.rest[mostTerms - 1].position);
   Bound value = binder.bind(*arithmetic.first);
   for (const auto& term : arithmetic.rest) {
     value =
