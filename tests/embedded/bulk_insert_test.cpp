@@ -48,6 +48,19 @@ TEST_F(BulkLoad, FillsNamedColumnsDefaultsAndNumbers) {
   EXPECT_EQ(rows().back()[0], "40");
 }
 
+TEST_F(BulkLoad, GivesEachRowItsDefaults) {
+  run(*connection_,
+      "create table g(a int, k uniqueidentifier default newid(), n int default 7 / 2)");
+  auto load = bulk({"a"}, "g");
+  for (int i = 0; i < 5'000; ++i) {
+    load->append(std::int64_t{i});
+    load->endRow();
+  }
+  load->finish();
+  EXPECT_EQ(query(*connection_, "select count(distinct k), sum(n), max(a) from g"),
+            (Texts{{"5000", "15000", "4999"}}));
+}
+
 TEST_F(BulkLoad, LeavesNothingWithoutFinish) {
   auto load = bulk({"n"});
   for (int i = 0; i < 10'000; ++i) {

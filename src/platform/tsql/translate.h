@@ -32,7 +32,7 @@ Translation translateCondition(const Expression& condition, const Scope& scope);
 Translation translateValue(const Expression& value, const SqlType& type, const Scope& scope);
 
 /// What a column of `table` takes when nothing is given for it, as a query of one row and one
-/// cell.
+/// cell without FROM.
 Translation translateDefault(const TableInfo& table, const ColumnInfo& column, const Scope& scope);
 
 }  // namespace velmora::tsql

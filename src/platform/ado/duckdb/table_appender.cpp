@@ -91,7 +91,6 @@ void TableAppender::addIdentity() {
     columns_.emplace_back(table_.name, *identity);
 }
 
-/// A default has one value for the whole bulk insert.
 void TableAppender::addDefaults() {
   const tsql::Variables none;
   const tsql::Scope scope{state_->catalog, none, {}, now()};
@@ -99,8 +98,7 @@ void TableAppender::addDefaults() {
     if (column.defaultText.empty() || isChosen(column)) continue;
     const auto translation = tsql::translateDefault(table_, column, scope);
     for (const auto& function : translation.functions) state_->functions.require(function);
-    auto result = state_->session.run(std::get<tsql::Rows>(translation.action).sql);
-    defaults_.push_back(readCells(result, std::array{column.type}).at(0));
+    defaults_.push_back({std::get<tsql::Rows>(translation.action).sql, column.type});
     columns_.emplace_back(table_.name, column);
   }
 }
@@ -147,17 +145,26 @@ void TableAppender::endRow() {
   if (next_ != named_)
     throwError("A row for " + table_.name + " has " + std::to_string(next_) + " of its " +
                std::to_string(named_) + " values.");
-  const auto firstDefault = columns_.size() - defaults_.size();
-  if (firstDefault > named_)
+  if (columns_.size() - defaults_.size() > named_)
     columns_[named_].write(rows_, Variant(state_->catalog.takeIdentity(table_)));
-  for (std::size_t i = 0; i < defaults_.size(); ++i)
-    columns_[firstDefault + i].write(rows_, defaults_[i]);
   next_ = 0;
   if (++rows_ == duckdb_vector_size()) flushChunk();
 }
 
+/// Row by row: newid() gives each its own.
+void TableAppender::writeDefaults() {
+  for (std::size_t i = 0; i < defaults_.size(); ++i) {
+    auto result =
+        state_->session.run(defaults_[i].sql + " FROM range(" + std::to_string(rows_) + ")");
+    const auto cells = readCells(result, std::array{defaults_[i].type});
+    auto& column = columns_[columns_.size() - defaults_.size() + i];
+    for (std::size_t row = 0; row < rows_; ++row) column.write(row, cells[row]);
+  }
+}
+
 void TableAppender::flushChunk() {
   state_->session.stopper().throwIfStopped();
+  writeDefaults();
   duckdb_data_chunk_set_size(chunk_.get(), rows_);
   check(duckdb_append_data_chunk(appender_, chunk_.get()));
   rows_ = 0;

@@ -38,6 +38,11 @@ class TableAppender final : public BulkInsert {
   void finish() override;
 
  private:
+  struct Default {
+    std::string sql;  // a query without FROM of one cell
+    tsql::SqlType type;
+  };
+
   const tsql::TableInfo& findTable(std::string_view name);
   void chooseColumns(std::span<const std::string> names);
   void addIdentity();
@@ -47,6 +52,7 @@ class TableAppender final : public BulkInsert {
   void makeChunk();
   ColumnWriter& currentColumn();
   void flushChunk();
+  void writeDefaults();
   void checkGivenNumbers();
   void check(duckdb_state state);
   void close() noexcept;
@@ -54,7 +60,7 @@ class TableAppender final : public BulkInsert {
   std::shared_ptr<SessionState> state_;
   tsql::TableInfo table_;
   std::vector<ColumnWriter> columns_;  // as named; behind them the identity column and defaults
-  std::vector<Variant> defaults_;      // of the last columns
+  std::vector<Default> defaults_;      // of the last columns
   std::size_t named_ = 0;
   const tsql::ColumnInfo* givenIdentity_ = nullptr;  // an identity column among the named
   duckdb_appender appender_ = nullptr;

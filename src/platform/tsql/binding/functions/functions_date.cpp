@@ -6,7 +6,6 @@
 #include "platform/tsql/binding/errors.h"
 #include "platform/tsql/binding/functions/functions.h"
 #include "platform/tsql/binding/types/typed_sql.h"
-#include "platform/tsql/engine/engine_expressions.h"
 #include "platform/tsql/syntax/text_scan.h"
 #include "platform/tsql/values/date_kinds.h"
 
