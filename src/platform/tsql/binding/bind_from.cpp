@@ -59,7 +59,8 @@ class FromBinder {
     } else {
       relation = systemRelation(named.name, source);
     }
-    return add(relation + " AS " + source.engine, std::move(source), position);
+    relation += " AS " + source.engine;
+    return add(std::move(relation), std::move(source), position);
   }
 
   Source sourceNamed(const std::string& alias) const {
@@ -122,6 +123,7 @@ class FromBinder {
     const BoundQuery query = bindViewQuery(view, position);
     --context_.viewDepth;
     std::vector<std::string> names;
+    names.reserve(view.columns.size());
     for (const ColumnInfo& column : view.columns) names.push_back(column.name);
     if (columnsOf(query).size() < names.size()) {
       raiseAt(position, 4502,

@@ -198,6 +198,7 @@ class TableBinder {
 
   std::string keyList(const std::vector<std::string>& columns) const {
     std::vector<std::string> names;
+    names.reserve(columns.size());
     for (const std::string& column : columns) {
       names.push_back(quoteName(requireColumn(table_, column, {}).nameInEngine()));
     }
