@@ -110,10 +110,14 @@ BoundCondition ExpressionBinder::bindLogical(const LogicalExpression& node) {
 }
 
 BoundCondition ExpressionBinder::bindNot(const NotExpression& node) {
+  return bindOpposite(*node.operand);
+}
+
+BoundCondition ExpressionBinder::bindOpposite(const Expression& expression) {
   negated_ = !negated_;
-  BoundCondition inner = bindCondition(*node.operand);
+  BoundCondition result = bindCondition(expression);
   negated_ = !negated_;
-  return inner;
+  return result;
 }
 
 BoundCondition ExpressionBinder::bindBetween(const Expression& expression,

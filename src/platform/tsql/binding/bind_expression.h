@@ -21,6 +21,8 @@ class ExpressionBinder {
   /// A condition, for those who ask whether it is true: where it is unknown it may come out
   /// as false.
   BoundCondition bindCondition(const Expression& expression);
+  /// The opposite, for those who ask whether the condition is false.
+  BoundCondition bindOpposite(const Expression& expression);
 
   /// An aggregate's argument: names mean columns of single rows.
   Bound bindAggregateArgument(const Expression& expression);

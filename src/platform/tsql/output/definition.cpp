@@ -237,9 +237,9 @@ class TableBinder {
 
   void addChecks(std::vector<std::string>& lines, QueryScope row) {
     const auto add = [&](const ExpressionPtr& check) {
-      const auto bound = kept(
-          *check, [&](Context& own) { return ExpressionBinder(own, row).bindCondition(*check); });
-      lines.push_back("CHECK (" + bound.sql + ")");
+      const auto broken = kept(
+          *check, [&](Context& own) { return ExpressionBinder(own, row).bindOpposite(*check); });
+      lines.push_back("CHECK (" + broken.sql + " IS NOT TRUE)");  // unknown passes
     };
     for (const ColumnDefinition& column : statement_.columns) {
       for (const ExpressionPtr& check : column.checks) add(check);
