@@ -1,5 +1,7 @@
 // Criteria of recordset filters, one a line, over rows that change between them.
 
+#include <algorithm>
+
 #include "common/fuzz.h"
 #include "platform/ado/filter_parser.h"
 #include "velmora/ado/recordset.h"

@@ -23,22 +23,19 @@ inline void addTables(const nlohmann::json& plan, std::set<std::string>& tables)
   for (const auto& child : plan["children"]) addTables(child, tables);
 }
 
-/// Whether the engine knows beforehand that a side of the join has no rows.
-inline bool joinsNothing(const nlohmann::json& join) {
-  const auto& sides = join["children"];
-  return std::any_of(sides.begin(), sides.end(),
-                     [](const auto& side) { return side["name"] == "EMPTY_RESULT"; });
-}
-
 inline void addRowByRowJoins(const nlohmann::json& plan, std::vector<RowByRowJoin>& joins) {
   const auto name = plan["name"].get<std::string>();
   // Beside hash joins there are those that hash for them.
   const bool byRow = name == "CROSS_PRODUCT" || (name.find("JOIN") != std::string::npos &&
                                                  name.find("HASH_JOIN") == std::string::npos &&
                                                  name.find("DELIM_JOIN") == std::string::npos);
-  if (byRow && !joinsNothing(plan)) {
-    joins.push_back({name, plan["extra_info"].dump(), {}});
-    for (const auto& child : plan["children"]) addTables(child, joins.back().sides.emplace_back());
+  if (byRow) {
+    RowByRowJoin join{name, plan["extra_info"].dump(), {}};
+    for (const auto& child : plan["children"]) addTables(child, join.sides.emplace_back());
+    // A side that reads no table has no rows, which the engine sees beforehand, or constant ones.
+    const bool reads = std::none_of(join.sides.begin(), join.sides.end(),
+                                    [](const auto& side) { return side.empty(); });
+    if (reads) joins.push_back(std::move(join));
   }
   for (const auto& child : plan["children"]) addRowByRowJoins(child, joins);
 }

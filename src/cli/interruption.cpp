@@ -1,5 +1,6 @@
 #include "cli/interruption.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>

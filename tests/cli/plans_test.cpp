@@ -12,6 +12,7 @@
 #include "platform/ado/duckdb/parameters.h"
 #include "platform/tsql/syntax/parser.h"
 #include "running_program.h"
+#include "sanitized.h"
 
 namespace velmora::cli {
 namespace {
@@ -127,7 +128,9 @@ void expectHashing(const char* settings) {
   connection->Close();
   connection->Open("Provider=Velmora.Embedded;Mode=Read" + file);  // the file is opened once
   PlannedProvider provider;
-  for (const auto& command : commands()) {
+  const auto all = commands();
+  for (std::size_t i = 0; i < all.size(); i += kSanitized ? 7 : 1) {
+    const auto& command = all[i];
     provider.command = command;
     provider.statements = 0;
     auto arguments = words(command);

@@ -1,5 +1,7 @@
 // Settlement records that move an amount between accounts and have no voucher.
 
+#include <functional>
+
 #include "checks/closing/query_builders.h"
 #include "checks/closing/query_filter.h"
 #include "common/periods.h"

@@ -1,5 +1,6 @@
 #include "cli/demo/demo.h"
 
+#include <algorithm>
 #include <chrono>
 #include <fmt/format.h>
 #include <ostream>

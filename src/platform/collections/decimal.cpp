@@ -1,5 +1,6 @@
 #include "velmora/collections/decimal.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>

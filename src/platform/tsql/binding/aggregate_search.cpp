@@ -1,5 +1,6 @@
 #include "platform/tsql/binding/aggregate_search.h"
 
+#include <algorithm>
 #include <functional>
 
 #include "platform/tsql/syntax/overloaded.h"

@@ -19,6 +19,7 @@ constexpr auto kKnown = std::to_array<KnownError>({
      "512: Subquery returned more than 1 value. This is not permitted when the subquery is used as "
      "an expression or follows a comparison."},
     {"Max expression depth", "191: This statement is too deep; break it up into smaller ones."},
+    {"non-inner join on subquery", "Not supported: a subquery in the ON of this outer join"},
     {"square root of a negative number", "3623: An invalid floating point operation occurred."},
     {"logarithm of", "3623: An invalid floating point operation occurred."},
     {"CHECK constraint failed", "547: The statement conflicted with a CHECK constraint."},
