@@ -83,7 +83,9 @@ QueryBodyPtr parseValuesRow(Cursor& cursor) {
   cursor.expect("(");
   for (ExpressionPtr& value : parseValueList(cursor)) {
     const Position place = value->position;
-    row.items.push_back({place, ColumnItem{std::move(value), std::nullopt}});
+    SelectItem& item = row.items.emplace_back();
+    item.position = place;
+    item.node.emplace<ColumnItem>().value = std::move(value);
   }
   cursor.expect(")");
   return std::make_unique<QueryBody>(QueryBody{position, std::move(row)});
