@@ -62,7 +62,7 @@ void addConnectionOptions(CLI::App& command, AccountSetOptions& options) {
   db->excludes(dsn)->excludes(file);
   dsn->excludes(file);
   addTimeoutOption(command);
-  command.add_flag("--debug", "Show what the embedded engine itself says of an error");
+  command.add_flag("--debug")->description("Show what the embedded engine itself says of an error");
 }
 
 void addSideOption(CLI::App& command, AccountSetOptions& options) {
