@@ -94,7 +94,7 @@ TEST_P(ServerAnswers, AreGiven) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, ServerAnswers, testing::ValuesIn(files()),
-                         [](const auto& info) { return info.param.stem().string(); });
+                         [](const auto& file) { return file.param.stem().string(); });
 
 }  // namespace
 }  // namespace velmora::tsql::test
