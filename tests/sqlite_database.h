@@ -17,7 +17,9 @@ class SqliteDatabase {
   SqliteDatabase& operator=(const SqliteDatabase&) = delete;
   ~SqliteDatabase() { std::filesystem::remove_all(folder_); }
 
-  std::string dsn() const { return "Driver={SQLite3};SyncPragma=OFF;Database=" + (folder_ / "books.db").string(); }
+  std::string dsn() const {
+    return "Driver={SQLite3};SyncPragma=OFF;Database=" + (folder_ / "books.db").string();
+  }
 
  private:
   std::filesystem::path folder_;

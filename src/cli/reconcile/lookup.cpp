@@ -10,7 +10,6 @@ namespace velmora::cli {
 
 namespace {
 
-
 constexpr std::int64_t kNumberSize = 255;
 
 ado::RecordsetRef query(ado::Connection& connection, const std::string& sql,
