@@ -167,7 +167,7 @@ TEST(Joins, AnswerAsTheirPlainTelling) {
     unlessRefused([&] { ASSERT_EQ(one.updated(), one.expectedUpdate()); });
     if (HasFatalFailure()) return;
   }
-  EXPECT_LT(refused, rounds / 4);
+  EXPECT_LT(refused, rounds / 2);
 }
 
 /// Whether the engine hashes the one statement with rows.
