@@ -120,7 +120,7 @@ void measureFrontEnd(const std::string& file, const std::vector<Check>& checks) 
   ado::embedded::SessionState session(
       ado::embedded::readSettings(ado::ConnectionString(adoString(file))));
   const tsql::Variables variables;
-  const tsql::Scope scope{session.catalog, variables, {}, {}, true, 0};
+  const tsql::Scope scope{session.catalog, variables, {}, {}, true, 0, 0, 0, {}, {}};
   double slowest = 0;
   for (const Check& check : checks) {
     std::vector<double> times;
