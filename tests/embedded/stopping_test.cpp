@@ -42,6 +42,12 @@ TEST_F(Stopping, RollsTheTransactionBack) {
   }
 }
 
+TEST_F(Stopping, DropsTheTableVariables) {
+  const std::string declared = "declare @v table(n int) insert into @v values(1) ";
+  EXPECT_THAT(failure(*connection_, declared + kLong), testing::HasSubstr("1 second (line 1, "));
+  EXPECT_EQ(query(*connection_, declared + "select count(*) from @v")[0][0], "1");
+}
+
 TEST_F(Stopping, LeavesNothingOfABulkLoad) {
   auto load = connection_->bulkInsert("t", std::vector<std::string>{"n"});
   const auto fill = [&] {

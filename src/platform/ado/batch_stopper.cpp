@@ -19,11 +19,6 @@ BatchStopper::Batch::Batch(BatchStopper& stopper, Limit limit, Interrupt interru
     : stopper_(stopper.begin(limit, std::move(interrupt))),
       onStop_(com::CurrentCancellation(), Cancel{stopper}) {}
 
-BatchStopper::Batch::~Batch() {
-  stopper_.end();
-  stopper_.reason_ = Reason::none;
-}
-
 BatchStopper& BatchStopper::begin(Limit limit, Interrupt interrupt) {
   com::ThrowIfCancelled();
   const std::lock_guard lock(mutex_);
@@ -44,6 +39,7 @@ void BatchStopper::end() noexcept {
   }
   changed_.notify_all();
   if (watch_.joinable()) watch_.join();
+  reason_ = Reason::none;
 }
 
 void BatchStopper::cancel() noexcept {

@@ -32,7 +32,7 @@ class BatchStopper {
     Batch(const Batch&) = delete;
     Batch& operator=(const Batch&) = delete;
     /// No interrupt comes any more.
-    ~Batch();
+    ~Batch() { stopper_.end(); }
 
    private:
     struct Cancel {
@@ -63,7 +63,7 @@ class BatchStopper {
     return std::unique_lock(interrupting_);
   }
 
-  /// Ends interrupts before what has to be undone is undone; `stopped` still tells.
+  /// Ends the batch's run early, so that the statements that undo it are not stopped.
   void end() noexcept;
 
  private:
