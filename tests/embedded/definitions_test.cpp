@@ -14,7 +14,12 @@ class Definitions : public DatabaseFile {
   Definitions() : writer_(open("Create")) {
     run(*writer_,
         "create table t(id int identity primary key, k int, d datetime default getdate(),"
-        " q decimal(20,6) not null default 10.0/3, n varchar(9) default 'it''s [' + 'x]');"
+        " q decimal(20,6) not null default 10.0/3, n varchar(9) default 'it''s [' + 'x]',"
+        " check (n like '[a-z]%' and len(n) + k > 1 and 1 < cast(left('5', 1) as int)));"
+        "create unique index i on t(n, id);"
+        "create table a(k int, b bit default 1, n varchar(9) default 'x' + 'y');"
+        "alter table a add w varchar(12) not null default 'w', m money not null default 1.5,"
+        " x char(5) default 'x'; alter table a drop column b;"
         "create view v as select id, q/3 third, getdate() seen from t");
     run(*writer_, "insert into t(k) values(1)");
   }
@@ -22,6 +27,9 @@ class Definitions : public DatabaseFile {
   static void expectAlive(ProviderConnection& connection) {
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
     run(connection, "insert into t(k) values(2)");
+    EXPECT_THAT(failure(connection, "insert into t(k) values(-9)"), HasSubstr("547"));
+    run(connection, "delete a; insert into a(k) values(1)");
+    EXPECT_EQ(query(connection, "select * from a"), (Texts{{"1", "xy", "w", "1.5", "x    "}}));
     EXPECT_EQ(query(connection, "select top 1 q, n from t order by id desc"),
               (Texts{{"3.333333", "it's [x]"}}));
     EXPECT_EQ(query(connection, "select count(*) from t a, t b where a.id < b.id and a.d >= b.d"),
@@ -70,6 +78,12 @@ TEST_F(Definitions, SeeNothingOfTheirBatch) {
   EXPECT_THAT(failure(*writer_, "create view w as select ? a", {{}}), HasSubstr("201"));
   EXPECT_THAT(failure(*writer_, "select 1 a into #w; create view w as select a from #w"),
               HasSubstr("4508"));
+}
+
+TEST_F(Definitions, AreNotAlteredWhereACrashWouldLoseTheFile) {
+  EXPECT_THAT(failure(*writer_, "alter table t add z int"), HasSubstr("Not supported: altering"));
+  EXPECT_THAT(failure(*writer_, "alter table a add z varchar(12) not null default str(3)"),
+              HasSubstr("Not supported: "));
 }
 
 TEST_F(Definitions, NestToALimit) {

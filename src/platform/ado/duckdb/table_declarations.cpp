@@ -23,7 +23,6 @@ using tsql::SqlKind;
 using tsql::SqlType;
 
 constexpr std::string_view kMark = "T-SQL: ";
-constexpr std::string_view kDefault = " default ";
 
 /// Precision and scale of "DECIMAL(28,4)".
 std::optional<SqlType> decimalType(std::string_view engineType) {
@@ -70,48 +69,60 @@ bool isKey(const tsql::TableInfo& table, const tsql::ColumnInfo& column) {
   return std::ranges::find(table.primaryKey, column.name) != table.primaryKey.end();
 }
 
+/// The column's name in T-SQL.
+std::string nameSql(const tsql::ColumnInfo& column) {
+  return tsql::print(tsql::QualifiedName{{}, {}, column.name});
+}
+
 std::string kept(const tsql::TableInfo& table, const tsql::ColumnInfo& column) {
   std::string text = tsql::declaration(column.type);
   if (column.identity)
     text += " identity(" + std::to_string(column.identity->seed) + "," +
             std::to_string(column.identity->increment) + ")";
   if (isKey(table, column)) text += " primary key";
-  if (!column.defaultText.empty()) text.append(kDefault).append(column.defaultText);
+  if (!column.defaultText.empty()) text += " default " + column.defaultText;
   return text;
 }
 
-/// Adds the column that a kept declaration tells.
-void addKept(tsql::TableInfo& table, tsql::ColumnInfo column, std::string_view declaration) {
-  // The default comes last and is read where it is used.
-  if (const auto place = declaration.find(kDefault); place != std::string_view::npos) {
-    column.defaultText = declaration.substr(place + kDefault.size());
-    declaration = declaration.substr(0, place);
-  }
-  const auto batch = tsql::parse("create table t(c " + std::string(declaration) + ")");
-  const auto& created = std::get<tsql::CreateTableStatement>(batch.statements.front().node);
-  const auto& definition = created.columns.front();
+void declare(tsql::TableInfo& table, tsql::ColumnInfo column,
+             const tsql::ColumnDefinition& definition) {
   column.type = tsql::sqlType(definition.type);
   if (definition.identity)
     column.identity =
         tsql::IdentityColumn{definition.identity->seed, definition.identity->increment};
+  if (definition.defaultValue) column.defaultText = tsql::print(*definition.defaultValue);
   if (definition.primaryKey) table.primaryKey.push_back(column.name);
   table.columns.push_back(std::move(column));
 }
 
-/// One declaration that says nothing known must not close the whole file.
-bool tryAddKept(tsql::TableInfo& table, const tsql::ColumnInfo& column,
-                std::string_view declaration) {
+using Definitions = std::map<std::string, tsql::ColumnDefinition, tsql::IgnoreCase>;
+
+/// The column definitions of a list, by name; none when it says something unknown, which must
+/// not close the whole file.
+Definitions definitionsIn(const std::string& columns) {
+  Definitions definitions;
   try {
-    addKept(table, column, declaration);
-    return true;
+    auto batch = tsql::parse("create table t(" + columns + ")");
+    auto& created = std::get<tsql::CreateTableStatement>(batch.statements.front().node);
+    for (auto& column : created.columns) {
+      tsql::sqlType(column.type);
+      definitions[column.name] = std::move(column);
+    }
   } catch (const com::Error&) {
-    return false;
+    definitions.clear();
   }
+  return definitions;
+}
+
+/// What a comment of ours says; empty for others.
+std::string keptText(std::string_view comment) {
+  return std::string(comment.starts_with(kMark) ? comment.substr(kMark.size()) : "");
 }
 
 void addColumn(tsql::TableInfo& table, tsql::ColumnInfo column, std::string_view engineType,
-               std::string_view comment) {
-  if (comment.starts_with(kMark) && tryAddKept(table, column, comment.substr(kMark.size()))) return;
+               const Definitions& definitions) {
+  if (const auto kept = definitions.find(column.name); kept != definitions.end())
+    return declare(table, std::move(column), kept->second);
   const auto type = nearestType(engineType);
   if (!type) return;
   column.type = *type;
@@ -127,33 +138,49 @@ void hideTables(Session& session) {
 }
 
 void loadColumns(Session& session, LoadedTables& tables) {
-  enum { table, column, type, comment, nullable, fallback, view, query };
+  enum { table, column, type, comment, nullable, fallback, view, whole, checks };
   const auto rows = readTexts(session, R"(
-select table_name, column_name, data_type, coalesce(c.comment, ''),
+select c.table_name, column_name, data_type, coalesce(c.comment, ''),
        cast(is_nullable as varchar), coalesce(column_default, ''),
-       cast(v.view_name is not null as varchar), coalesce(v.comment, '')
-  from duckdb_columns() c left join duckdb_views() v
+       cast(v.view_name is not null as varchar), coalesce(v.comment, t.comment, ''),
+       cast(coalesce(t.check_constraint_count, 0) > 0 as varchar)
+  from duckdb_columns() c
+       left join duckdb_views() v
        on v.view_name = c.table_name and v.schema_name = 'main' and not v.internal
+       left join duckdb_tables() t
+       on t.table_name = c.table_name and t.schema_name = 'main' and not t.internal
  where c.schema_name = 'main' and not c.internal
- order by lower(table_name), column_index)",
-                              8);
+ order by lower(c.table_name), column_index)",
+                              9);
+  std::map<std::string, Definitions, tsql::IgnoreCase> declared;
   for (const auto& row : rows) {
-    auto& info = tables[std::string(row[table].text())];
+    const std::string name(row[table].text());
+    auto& info = tables[name];
     if (!info) {
       info = std::make_shared<tsql::TableInfo>();
-      info->name = row[table].text();
-      info->engineName = tsql::engineTableName(info->name);
+      info->name = name;
+      info->engineName = tsql::engineTableName(name);
       info->isView = row[view].text() == "true";
-      if (row[query].text().starts_with(kMark))
-        info->viewText = row[query].text().substr(kMark.size());
+      info->hasChecks = row[checks].text() == "true";
+      auto kept = keptText(row[whole].text());
+      if (info->isView)
+        info->viewText = std::move(kept);
+      else if (!kept.empty())
+        declared[name] = definitionsIn(kept);
     }
     tsql::ColumnInfo loaded;
     loaded.engineName = row[column].text();
     loaded.name = tsql::columnNameOf(loaded.engineName);
     loaded.nullable = row[nullable].text() == "true";
     loaded.engineDefault = row[fallback].text();
-    addColumn(*info, std::move(loaded), row[type].text(), row[comment].text());
+    if (const auto kept = keptText(row[comment].text()); !kept.empty())
+      declared[name].merge(definitionsIn(nameSql(loaded) + " " + kept));
+    addColumn(*info, std::move(loaded), row[type].text(), declared[name]);
   }
+}
+
+std::string commentSql(const std::string& kind, const std::string& name, const std::string& text) {
+  return "comment on " + kind + " " + name + " is " + tsql::quoteText(std::string(kMark) + text);
 }
 
 /// Adds the index whose columns are kept as `columns`, for instance "(FItemClassID, FNumber)".
@@ -190,27 +217,29 @@ std::vector<std::string> indexRecordingSql(const tsql::TableInfo& table) {
     std::vector<std::string> columns;
     for (const auto& column : index.columns)
       columns.push_back(tsql::print(tsql::QualifiedName{{}, {}, column}));
-    std::string comment(kMark);
-    comment.append("(").append(tsql::join(columns, ", ")).append(")");
-    statements.push_back("comment on index main." + tsql::quoteName(table.name + "." + index.name) +
-                         " is " + tsql::quoteText(comment));
+    statements.push_back(commentSql("index",
+                                    "main." + tsql::quoteName(table.name + "." + index.name),
+                                    "(" + tsql::join(columns, ", ") + ")"));
   }
   return statements;
 }
 
 std::vector<std::string> recordingSql(const tsql::TableInfo& table) {
   std::vector<std::string> statements;
+  std::string all;
   for (const auto& column : table.columns) {
     const bool told = nearestType(tsql::engineType(column.type)) == column.type;
     if (told && !column.identity && !isKey(table, column) && column.defaultText.empty()) continue;
-    statements.push_back("comment on column " + table.engineName + "." +
-                         tsql::quoteName(column.nameInEngine()) + " is " +
-                         tsql::quoteText(std::string(kMark) + kept(table, column)));
+    const auto text = kept(table, column);
+    all.append(all.empty() ? "" : ", ").append(nameSql(column)).append(" ").append(text);
+    if (table.hasChecks) continue;
+    statements.push_back(commentSql(
+        "column", table.engineName + "." + tsql::quoteName(column.nameInEngine()), text));
   }
-  if (!table.viewText.empty()) {
-    statements.push_back("comment on view " + table.engineName + " is " +
-                         tsql::quoteText(std::string(kMark) + table.viewText));
-  }
+  if (table.hasChecks && !all.empty())
+    statements.push_back(commentSql("table", table.engineName, all));
+  if (!table.viewText.empty())
+    statements.push_back(commentSql("view", table.engineName, table.viewText));
   std::ranges::move(indexRecordingSql(table), std::back_inserter(statements));
   return statements;
 }

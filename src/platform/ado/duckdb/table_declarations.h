@@ -19,9 +19,11 @@ using TableMap = std::map<std::string, TablePtr, tsql::IgnoreCase>;
 // A database file stores the engine's types only. What a T-SQL declaration says beyond
 // them (varchar(80), money, bit, identity, primary key, default) is kept as the comment of the
 // column, for instance "T-SQL: int identity(1,1) primary key", so that the file alone tells it.
-// The columns of a unique index are its comment: "T-SQL: (FItemClassID, FNumber)", and so is the
-// query of a view. Defaults and views are kept as T-SQL because what they mean depends on the
-// time and the connection that uses them.
+// Of a table with checks the table's comment keeps the columns, since after a crash the engine
+// cannot repeat a comment on a column of such a table: it binds the checks before it knows a
+// function. The columns of a unique index are its comment: "T-SQL: (FItemClassID, FNumber)", and so
+// is the query of a view. Defaults and views are kept as T-SQL because what they mean depends on
+// the time and the connection that uses them.
 
 /// The statements that keep the declarations of a permanent table or view; empty when
 /// the engine's types tell all.

@@ -43,4 +43,13 @@ std::string defaultSql(Context& context, const TableInfo& table, const ColumnInf
   return column.engineDefault.empty() ? castSql("NULL", column.type) : column.engineDefault;
 }
 
+std::optional<std::string> constantDefaultSql(Context& context, const TableInfo& table,
+                                              const ColumnInfo& column) {
+  if (column.defaultText.empty()) return castSql("NULL", column.type);
+  const Bound bound = bindDefault(context, table, column, *parseValue(column.defaultText));
+  if (!bound.constant) return std::nullopt;
+  std::string literal = literalSql(*bound.constant, column.type);
+  return literal == exactSql(bound) ? std::optional(std::move(literal)) : std::nullopt;
+}
+
 }  // namespace velmora::tsql

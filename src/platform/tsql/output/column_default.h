@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "platform/tsql/binding/context.h"
@@ -14,5 +15,10 @@ void checkDefault(Context& context, const TableInfo& table, const ColumnInfo& co
 
 /// What the column holds when nothing is given for it.
 std::string defaultSql(Context& context, const TableInfo& table, const ColumnInfo& column);
+
+/// The same as a constant, which the engine understands while it opens a file, before it knows
+/// any function; absent when it is none.
+std::optional<std::string> constantDefaultSql(Context& context, const TableInfo& table,
+                                              const ColumnInfo& column);
 
 }  // namespace velmora::tsql

@@ -50,6 +50,7 @@ struct TableInfo {
   std::vector<std::string> primaryKey;  ///< column names; empty: none
   std::vector<UniqueIndex> uniqueIndexes;
   bool isView = false;  ///< cannot be changed
+  bool hasChecks = false;
   /// The query of a view as T-SQL, bound anew by every statement that reads it; empty for a
   /// view made elsewhere, which is the engine's.
   std::string viewText;
