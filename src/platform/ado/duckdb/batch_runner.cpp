@@ -311,20 +311,20 @@ void BatchRunner::noteIdentities(const tsql::Change& change, std::int64_t rows) 
   if (!change.identityReset.empty()) state_.catalog.identitiesRestart(change.identityReset);
 }
 
-void BatchRunner::apply(const tsql::CreateTable& create) {
-  auto statements = create.sql;
-  if (!create.table.temporary)
-    std::ranges::move(recordingSql(create.table), std::back_inserter(statements));
+/// Statements that define a table, and what a file keeps of it beside its rows.
+void BatchRunner::runRecorded(std::vector<std::string> statements, const tsql::TableInfo& table) {
+  if (!table.temporary) std::ranges::move(recordingSql(table), std::back_inserter(statements));
   runTogether(statements);
+}
+
+void BatchRunner::apply(const tsql::CreateTable& create) {
+  runRecorded(create.sql, create.table);
   state_.catalog.created(create.table);
   rowCount_ = 0;
 }
 
 void BatchRunner::apply(const tsql::AlterTable& alter) {
-  auto statements = alter.sql;
-  if (!alter.table.temporary)
-    std::ranges::move(recordingSql(alter.table), std::back_inserter(statements));
-  runTogether(statements);
+  runRecorded(alter.sql, alter.table);
   state_.catalog.altered(alter.table);
   rowCount_ = 0;
 }

@@ -55,6 +55,7 @@ class BatchRunner {
   tsql::Scope scope();
   Result runNative(const std::string& sql);
   /// Runs all or none.
+  void runRecorded(std::vector<std::string> statements, const tsql::TableInfo& table);
   void runTogether(std::span<const std::string> statements);
   Variant evaluate(const tsql::Expression& value, const tsql::SqlType& type);
   Variant onlyCell(const tsql::Translation& translation, const tsql::SqlType& type);

@@ -37,6 +37,24 @@ std::string existenceText(Context& context, const BoundQuery& query) {
   return query.with + "SELECT 1" + select->body;
 }
 
+/// A value and the rows of a subquery, as they are compared with one another.
+struct BesideRows {
+  Bound value;
+  std::string rows;
+};
+
+BesideRows besideRows(ExpressionBinder& binder, const Expression& operand, const Query& rows,
+                      Position position) {
+  Context& context = binder.context();
+  requireNoStep(binder.scope(), position);
+  const Bound value = binder.bind(operand);
+  const BoundQuery query = context.queries.bind(context, &binder.scope(), rows);
+  const SqlType common = commonType(value.type, onlyColumn(query, position).type);
+  return {
+      comparand(context, value, common, position),
+      common.isText() ? keyRows(context, query) : context.queries.text(context, query, {common})};
+}
+
 }  // namespace
 
 Bound ExpressionBinder::bindScalarSubquery(const ScalarSubquery& subquery) {
@@ -48,25 +66,13 @@ Bound ExpressionBinder::bindScalarSubquery(const ScalarSubquery& subquery) {
 
 BoundCondition ExpressionBinder::bindInSubquery(const Expression& expression,
                                                 const InSubqueryCondition& node) {
-  requireNoStep(scope_, expression.position);
-  const Bound operand = bind(*node.operand);
-  const BoundQuery query = context_.queries.bind(context_, &scope_, *node.query);
-  const SqlType common = commonType(operand.type, onlyColumn(query, expression.position).type);
-  const Bound value = comparand(context_, operand, common, expression.position);
-  const std::string rows =
-      common.isText() ? keyRows(context_, query) : context_.queries.text(context_, query, {common});
+  const auto [value, rows] = besideRows(*this, *node.operand, *node.query, expression.position);
   return {"(" + value.sql + (node.negated ? " NOT IN (" : " IN (") + rows + "))", value.canFail};
 }
 
 BoundCondition ExpressionBinder::bindQuantified(const Expression& expression,
                                                 const QuantifiedComparison& node) {
-  requireNoStep(scope_, expression.position);
-  const Bound operand = bind(*node.operand);
-  const BoundQuery query = context_.queries.bind(context_, &scope_, *node.query);
-  const SqlType common = commonType(operand.type, onlyColumn(query, expression.position).type);
-  const Bound value = comparand(context_, operand, common, expression.position);
-  const std::string rows =
-      common.isText() ? keyRows(context_, query) : context_.queries.text(context_, query, {common});
+  const auto [value, rows] = besideRows(*this, *node.operand, *node.query, expression.position);
   std::string sql = "(" + value.sql;
   sql.append(symbol(node.op)).append(node.all ? "ALL (" : "ANY (").append(rows).append("))");
   return {std::move(sql), value.canFail};
