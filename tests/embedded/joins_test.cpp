@@ -100,12 +100,14 @@ class Case {
     pairs_ = answer("select a.id, b.id from #a a cross join #b b where " + condition_);
   }
 
+  /// Where a text is no number it depends on the order of the conditions whether that is met.
+  bool plainlyTold() const { return pairs_.has_value(); }
+
   /// Rows come in the order of the tables. Nothing: a text is no number.
   std::optional<Texts> found(const std::string& kind) {
     return answer("select a.id, b.id from #a a " + kind + " join #b b on " + condition_);
   }
-  std::optional<Texts> expected(const std::string& kind) {
-    if (!pairs_) return std::nullopt;
+  Texts expected(const std::string& kind) {
     Texts rows = *pairs_;
     if (kind != "right") addUnmatched(rows, query(*connection_, "select id from #a"), 0);
     if (kind != "left") addUnmatched(rows, query(*connection_, "select id from #b"), 1);
@@ -120,11 +122,9 @@ class Case {
       return std::nullopt;
     return answer("select id, k from #a");
   }
-  std::optional<Texts> expectedUpdate() {
-    if (!pairs_) return std::nullopt;
+  Texts expectedUpdate() {
     Texts first;
-    const auto rows = expected("left");
-    for (const auto& row : *rows)
+    for (const auto& row : expected("left"))
       if (first.empty() || first.back()[0] != row[0]) first.push_back(row);
     return first;
   }
@@ -153,6 +153,10 @@ TEST(Joins, AnswerAsTheirPlainTelling) {
     const auto condition = cases.condition();
     SCOPED_TRACE(tables + condition);
     Case one(tables, condition);
+    if (!one.plainlyTold()) {
+      ++refused;
+      continue;
+    }
     const auto unlessRefused = [&](const auto& compare) {
       try {
         compare();
