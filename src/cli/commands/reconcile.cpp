@@ -6,6 +6,8 @@
 #include "cli/failure.h"
 #include "cli/options.h"
 #include "cli/reconcile/comparison_report.h"
+#include "cli/reconcile/explained.h"
+#include "cli/reconcile/explained_report.h"
 #include "cli/row_access.h"
 
 namespace velmora::cli {
@@ -17,6 +19,9 @@ struct Options {
   ReconcileOptions reconcile;
   Format format = Format::table;
   bool onlyDifferences = false, showSql = false, noRowAccess = false;
+  bool explain = false;
+  ExplainedForm form;
+  std::string account, item;
 };
 
 constexpr std::pair<const char*, const char*> kStatements[] = {
@@ -57,12 +62,47 @@ void writeResult(Streams& streams, const Reconciliation& reconciliation,
   streams.err << verdict << '\n';
 }
 
+void writeExplanation(Streams& streams, const Session& session,
+                      const Reconciliation& reconciliation, const ComparisonSummary& summary,
+                      const Options& options) {
+  const explain::Explanation explanation = explained(session, reconciliation);
+  for (const std::string& note : explanation.notes) streams.err << "note: " << note << '\n';
+  const std::string verdict = title(reconciliation) + ": " + summary.text + ".";
+  if (options.format == Format::table) {
+    const Style style = Style::forOutput();
+    writeExplained(streams.out, reconciliation, explanation, options.form, style);
+    streams.out << (summary.differing == 0 ? style.good(verdict) : style.serious(verdict)) << '\n';
+    return;
+  }
+  if (options.format == Format::csv)
+    writeExplainedCsv(streams.out, reconciliation, explanation, options.form);
+  else
+    writeExplainedJson(streams.out, reconciliation, summary, explanation, options.form);
+  streams.err << verdict << '\n';
+}
+
+/// Narrows what is asked for to one account and contact.
+void narrow(ReconcileOptions& asked, const Options& options) {
+  if (!options.account.empty()) {
+    if (asked.comparison == Comparison::closing)
+      throw UsageError("--account goes with initial and period; closing takes a side as a whole");
+    if (!asked.accounts.empty()) throw UsageError("give --account or --accounts, not both");
+    asked.accounts = {options.account};
+  }
+  if (options.item.empty()) return;
+  if (!asked.items.empty()) throw UsageError("give --item or --items, not both");
+  if (!asked.detail)
+    throw UsageError("--item needs the rows of the contacts; leave --no-detail out");
+  asked.items = options.item + ".." + options.item;
+}
+
 int runReconcile(const Options& options, Streams& streams) {
   activateComponent();
   const Session session(options.accountSet);
   requireAccountSet(session.connection());
   ReconcileOptions asked = options.reconcile;
   asked.receivables = options.accountSet.receivables;
+  narrow(asked, options);
   Reconciliation reconciliation = reconcile(session, asked);
   if (options.noRowAccess)
     streams.err << noRowAccessNote() << '\n';
@@ -72,8 +112,12 @@ int runReconcile(const Options& options, Streams& streams) {
   if ((asked.estimates || asked.outsourcing) && reconciliation.currency.id > 1)
     streams.err << "note: estimates are kept in local currency; they do not count here\n";
   const ComparisonSummary summary = summaryOf(reconciliation);
-  if (options.onlyDifferences) keepDifferences(reconciliation);
-  writeResult(streams, reconciliation, summary, options.format);
+  if (options.explain) {
+    writeExplanation(streams, session, reconciliation, summary, options);
+  } else {
+    if (options.onlyDifferences) keepDifferences(reconciliation);
+    writeResult(streams, reconciliation, summary, options.format);
+  }
   return summary.differing == 0 ? kOk : kBlocked;
 }
 
@@ -126,6 +170,21 @@ void addContentOptions(CLI::App& command, Options& options) {
   command.add_flag("--only-differences", options.onlyDifferences, "Only rows that differ");
 }
 
+void addExplainOptions(CLI::App& command, Options& options) {
+  auto* explain = command.add_flag(
+      "--explain", options.explain,
+      "Why each row differs: the documents and vouchers that make up the difference");
+  command.add_option("--account", options.account, "Explain this account alone")
+      ->option_text("NUMBER")
+      ->needs(explain);
+  command.add_option("--item", options.item, "Explain this customer or supplier alone")
+      ->option_text("NUMBER")
+      ->needs(explain);
+  command.add_flag("--only-reasons", options.form.onlyReasons, "Totals by reason without the rows")
+      ->needs(explain);
+  command.add_flag("--all", options.form.all, "Also rows that agree")->needs(explain);
+}
+
 void addComparison(CLI::App& parent, Run& chosen, Comparison comparison, const char* name,
                    const char* description) {
   auto options = std::make_shared<Options>();
@@ -144,6 +203,7 @@ void addComparison(CLI::App& parent, Run& chosen, Comparison comparison, const c
   addPeriodOptions(*command, options->reconcile);
   addScopeOptions(*command, options->reconcile);
   addContentOptions(*command, *options);
+  addExplainOptions(*command, *options);
   addLanguageOption(*command, options->accountSet);
   addFormatOption(*command, options->format);
   command->add_flag("--show-sql", options->showSql, "Print the statements on standard error");

@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 #include <ostream>
 
-#include "cli/call/json_text.h"
 #include "cli/output/counted.h"
 #include "cli/output/result_rows.h"
 #include "velmora/collections/decimal.h"
@@ -206,8 +205,7 @@ void writeComparison(std::ostream& out, const Reconciliation& reconciliation, co
   if (lines->RecordCount() > 0) writeTable(out, *lines, style);
 }
 
-void writeComparisonJson(std::ostream& out, const Reconciliation& reconciliation,
-                         const ComparisonSummary& summary) {
+Json comparisonJson(const Reconciliation& reconciliation, const ComparisonSummary& summary) {
   Json json;
   json["comparison"] = nameOf(reconciliation.options.comparison);
   json["side"] = reconciliation.options.receivables ? "ar" : "ap";
@@ -217,6 +215,12 @@ void writeComparisonJson(std::ostream& out, const Reconciliation& reconciliation
   json["accounts"] = reconciliation.options.accounts;
   json["compared"] = summary.rows;
   json["differing"] = summary.differing;
+  return json;
+}
+
+void writeComparisonJson(std::ostream& out, const Reconciliation& reconciliation,
+                         const ComparisonSummary& summary) {
+  Json json = comparisonJson(reconciliation, summary);
   json["rows"] = rowsJson(*reconciliation.rows);
   out << jsonText(json) << '\n';
 }

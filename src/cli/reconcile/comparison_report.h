@@ -3,6 +3,7 @@
 #include <iosfwd>
 #include <string>
 
+#include "cli/call/json_text.h"
 #include "cli/output/result_writer.h"
 #include "cli/reconcile/reconciliation.h"
 
@@ -24,6 +25,9 @@ void keepDifferences(Reconciliation& reconciliation);
 /// Opening balance, movements and balance of each row, AR/AP, ledger and difference side
 /// by side with the decimals of the row's currency.
 void writeComparison(std::ostream& out, const Reconciliation& reconciliation, const Style& style);
+
+/// {"comparison","side","year","period","currency","accounts","compared","differing"}.
+Json comparisonJson(const Reconciliation& reconciliation, const ComparisonSummary& summary);
 
 /// {"comparison","side","year","period","currency","accounts","compared","differing",
 /// "rows"}; `rows` holds every column of each row in view, amounts as text.

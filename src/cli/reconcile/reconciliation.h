@@ -6,11 +6,12 @@
 
 #include "cli/reconcile/lookup.h"
 #include "cli/session.h"
+#include "explain/scope.h"
 #include "velmora/collections/dictionary.h"
 
 namespace velmora::cli {
 
-enum class Comparison { initial, period, closing };
+using explain::Comparison;
 
 /// A reconciliation as a person asks for it; what is absent takes the account set's own.
 struct ReconcileOptions {

@@ -1,0 +1,62 @@
+#include "cli/reconcile/explained.h"
+
+#include <charconv>
+#include <sstream>
+
+#include "cli/failure.h"
+#include "explain/explain.h"
+#include "velmora/com/error.h"
+
+namespace velmora::cli {
+
+namespace {
+
+std::vector<explain::ScopeAccount> accountsOf(const collections::Dictionary& filter) {
+  std::istringstream ids(filter.Value("AcctList").toText()),
+      signs(filter.Value("AcctLogic").toText());
+  std::vector<explain::ScopeAccount> accounts;
+  for (std::string id, sign; std::getline(ids, id, ',');) {
+    std::getline(signs, sign, ',');
+    accounts.push_back({std::stoi(id), sign == "-"});
+  }
+  return accounts;
+}
+
+explain::Scope scopeOf(const Session& session, const Reconciliation& reconciliation) {
+  const ReconcileOptions& options = reconciliation.options;
+  explain::Scope scope;
+  scope.comparison = options.comparison;
+  scope.receivables = options.receivables;
+  scope.period = {options.period.year, options.period.period};
+  scope.accounts = accountsOf(*reconciliation.filter);
+  scope.itemClass = options.itemClass;
+  scope.currency = reconciliation.currency.id;
+  scope.byCurrency = options.byCurrency;
+  scope.detail = options.detail;
+  scope.unposted = options.unposted;
+  scope.language = session.language();
+  if (options.items.empty()) return scope;
+  const NumberRange range = parseRange(options.items);
+  scope.firstItem = range.first;
+  scope.lastItem = range.last;
+  return scope;
+}
+
+}  // namespace
+
+explain::Explanation explained(const Session& session, const Reconciliation& reconciliation) {
+  const explain::Scope scope = scopeOf(session, reconciliation);
+  ado::RecordsetRef without;
+  if (reconciliation.options.estimates || reconciliation.options.outsourcing) {
+    ReconcileOptions options = reconciliation.options;
+    options.estimates = options.outsourcing = false;
+    without = reconcile(session, options).rows;
+  }
+  try {
+    return explain::explain(session.connection(), scope, *reconciliation.rows, without.get());
+  } catch (const com::Error& error) {
+    throw Failure(error.description());
+  }
+}
+
+}  // namespace velmora::cli

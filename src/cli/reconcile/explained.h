@@ -1,0 +1,12 @@
+#pragma once
+
+#include "cli/reconcile/reconciliation.h"
+#include "explain/explanation.h"
+
+namespace velmora::cli {
+
+/// Why the rows of `reconciliation` differ, in `language`. A comparison with estimates is run
+/// once more without them. Raises Failure for books that cannot be explained.
+explain::Explanation explained(const Session& session, const Reconciliation& reconciliation);
+
+}  // namespace velmora::cli

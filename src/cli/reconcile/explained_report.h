@@ -1,0 +1,30 @@
+#pragma once
+
+#include <iosfwd>
+
+#include "cli/reconcile/comparison_report.h"
+#include "explain/explanation.h"
+
+namespace velmora::cli {
+
+/// How an explanation is shown.
+struct ExplainedForm {
+  bool all = false;          ///< also rows that agree
+  bool onlyReasons = false;  ///< totals by reason alone
+};
+
+/// Each row with its reasons below it, then how often each reason occurs and what it comes to.
+void writeExplained(std::ostream& out, const Reconciliation& reconciliation,
+                    const explain::Explanation& explanation, const ExplainedForm& form,
+                    const Style& style);
+
+/// One line a reason.
+void writeExplainedCsv(std::ostream& out, const Reconciliation& reconciliation,
+                       const explain::Explanation& explanation, const ExplainedForm& form);
+
+/// As docs/explanation.schema.json has it.
+void writeExplainedJson(std::ostream& out, const Reconciliation& reconciliation,
+                        const ComparisonSummary& summary, const explain::Explanation& explanation,
+                        const ExplainedForm& form);
+
+}  // namespace velmora::cli

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <vector>
+
+#include "explain/explanation.h"
+#include "velmora/ado/connection.h"
+
+namespace velmora::explain {
+
+/// Explains `rows`, which the comparison of `scope` answered (GetInitAmtCheck or
+/// GetClosingAmtCheck). For a comparison with estimates or outsourced processing,
+/// `withoutEstimates` is what it answers without both.
+///
+/// The reasons of a row add up to its difference, to the last decimal, whatever the books hold:
+///
+///   ledger - own = (ledger - its postings) + (postings of the ledger - documents)
+///                + (documents - own)
+///
+/// where the middle is taken voucher by voucher. Reads; but for the work table #ExplainGap of
+/// its connection nothing is written. Raises what the database raises.
+Explanation explain(ado::Connection& connection, const Scope& scope, ado::Recordset& rows,
+                    ado::Recordset* withoutEstimates = nullptr);
+
+/// The rows of a comparison without its totals, in their order.
+std::vector<ComparedRow> comparedRows(const Scope& scope, ado::Recordset& rows);
+
+}  // namespace velmora::explain
