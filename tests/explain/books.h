@@ -136,21 +136,29 @@ inline std::vector<std::string> unbalanced(const Explanation& explanation) {
   return wrong;
 }
 
-/// "1122 C000001 no-voucher 0 -5 0 -5 XSFP000042 记-7" for each reason, local currency.
-inline std::vector<std::string> reasonLines(const Explanation& explanation) {
-  const auto text = [](const Decimal& amount) { return amount.normalized().toString(); };
+/// "1122 C000001 no-voucher 0 -5 0 -5 XSFP000042 记-7" for each reason, in local currency.
+inline std::vector<std::string> reasonLines(const Explanation& explanation, char separator = ' ') {
   std::vector<std::string> lines;
   for (const ExplainedRow& row : explanation.rows)
     for (const RowReason& reason : row.reasons) {
+      std::string line;
+      const auto add = [&](const std::string& text) {
+        if (!line.empty()) line += separator;
+        line += text;
+      };
+      add(row.row.accountNumber);
+      add(row.row.itemNumber);
+      add(std::string(codeOf(reason.reason)));
       const Measures& amounts = reason.difference.local;
-      std::string line = row.row.accountNumber + " " + row.row.itemNumber + " ";
-      line.append(codeOf(reason.reason));
       for (const Decimal& amount :
            {amounts.opening, amounts.debit, amounts.credit, amounts.balance})
-        line += " " + text(amount);
-      if (reason.document) line += " " + reason.document->number;
+        add(amount.normalized().toString());
+      const bool columns = separator != ' ';
+      if (reason.document || columns) add(reason.document ? reason.document->number : "");
       if (reason.voucher)
-        line += " " + reason.voucher->word + "-" + std::to_string(reason.voucher->number);
+        add(reason.voucher->word + "-" + std::to_string(reason.voucher->number));
+      else if (columns)
+        add("");
       lines.push_back(line);
     }
   return lines;
