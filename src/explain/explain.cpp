@@ -75,6 +75,11 @@ class Explainer {
         std::max(12, number(connection, "select max(FPeriod) from t_PeriodDate"));
     terms_.first = firstPeriod(connection, scope);
     terms_.offsetsCount = offsetsCount(connection, scope.receivables);
+    terms_.access = rowAccess(scope.callerString, kDocumentColumns);
+    terms_.initialAccess = rowAccess(scope.callerString, kInitialColumns);
+    if (terms_.access.restricts())
+      notes_.emplace_back(
+          "row access applies: documents that may not be shown are told as one reason a row");
     for (const char* table : {"t_rp_NewCheckInfo", "t_rp_CheckEntry"})
       if (terms_.offsetsCount && !hasTable(connection, table)) {
         terms_.offsetsCount = false;
@@ -98,6 +103,7 @@ class Explainer {
       ExplainedRow explained{std::move(row), {}};
       tellGaps(explained, gaps[explained.row.key], recognition, sentences);
       tellRemainders(explained, gaps[explained.row.key], sentences);
+      joinHidden(explained.reasons);
       std::ranges::stable_sort(explained.reasons, {}, &RowReason::reason);
       explanation.rows.push_back(std::move(explained));
     }
@@ -138,6 +144,17 @@ class Explainer {
         {.reason = Reason::estimates,
          .difference = estimates,
          .text = sentences.of("存货的暂估与总账的暂估凭证不一致：请核对暂估凭证。")});
+  }
+
+  /// How many documents are not shown is nobody's business either.
+  static void joinHidden(std::vector<RowReason>& reasons) {
+    const auto hidden = [](const RowReason& reason) { return reason.reason == Reason::notShown; };
+    const auto first = std::ranges::find_if(reasons, hidden);
+    if (first == reasons.end()) return;
+    for (auto more = first + 1; more != reasons.end(); ++more)
+      if (hidden(*more)) first->difference += more->difference;
+    reasons.erase(std::remove_if(first + 1, reasons.end(), hidden), reasons.end());
+    if (first->difference.isZero()) reasons.erase(first);
   }
 
   void tellRemainders(ExplainedRow& explained, const std::vector<const Gap*>& gaps,

@@ -145,6 +145,7 @@ class Reader {
     readContacts();
     readReceiptAccounts();
     if (terms_.offsetsCount) readOffsets();
+    if (terms_.access.restricts()) hideDocuments();
     for (auto& [key, document] : found_.documents)
       if (const auto voucher = found_.vouchers.find(document.voucher);
           voucher != found_.vouchers.end())
@@ -269,6 +270,21 @@ class Reader {
       document.itemNumber = cells.text();
       add(std::move(document));
     });
+  }
+
+  void hideDocuments() {
+    for (auto& [key, document] : found_.documents) document.hidden = true;
+    const auto show = [&](int source, const std::string& from) {
+      forEachRow(connection_,
+                 "select c.FID from " + from + terms_.access.from + " where 1 = 1" +
+                     terms_.access.condition,
+                 [&](Cells& cells) {
+                   const auto document = found_.documents.find({source, cells.number()});
+                   if (document != found_.documents.end()) document->second.hidden = false;
+                 });
+    };
+    show(kContactSource, contactKeys() + " inner join t_rp_Contact c on c.FID = x.FID");
+    if (terms_.offsetsCount) show(kSettlementSource, "t_rp_NewCheckInfo c");
   }
 
   void add(Document document) {

@@ -26,6 +26,7 @@ struct Document {
   int voucher = 0;
   int contactType = 0;  ///< FType of the contact record
   bool audited = true;
+  bool hidden = false;  ///< row access keeps it from the user
   int item = 0, currency = 0;
   std::vector<int> accounts;  ///< a receipt has one a line; 0: none
   int usualAccount = 0;       ///< of the document's type

@@ -80,7 +80,7 @@ class Sources {
     Source data;
     data.opening = true;
     data.from = "t_rp_BegData c inner join t_rp_BegDataEntry e on e.FInterID = c.FInterID" +
-                itemJoin("c.FComID");
+                itemJoin("c.FComID") + terms_.initialAccess.from;
     data.source = std::to_string(kInitialSource);
     data.account = "isnull(c.FAccountID,0)";
     data.item = "c.FComID";
@@ -91,7 +91,7 @@ class Sources {
           "case when c.FType in (5,6,15,16) then -e.FAmount{0} else e.FAmount{0} end", form);
     };
     data.credit = [](const char*) { return "0"; };
-    data.where = documentCondition(data.account);
+    data.where = documentCondition(data.account) + terms_.initialAccess.condition;
     return data;
   }
 
@@ -101,6 +101,7 @@ class Sources {
     Source records;
     records.from = "t_rp_Contact c" + itemJoin("c.FCustomer");
     if (receipts) records.from += " inner join t_rp_ARBillOfSH d on d.FBillID = c.FRPBillID";
+    records.from += terms_.access.from;
     records.account = receipts ? "isnull(d.FAccountID,0)" : "isnull(c.FAccountID,0)";
     setVoucher(records, "c", "c.FID", kContactSource);
     records.item = "c.FCustomer";
@@ -120,7 +121,7 @@ class Sources {
     };
     records.where = fmt::format("c.FStatus = 1 and c.FIsInit = 0 and c.FType {} (5,6){} and ",
                                 receipts ? "in" : "not in", sinceFirst("c")) +
-                    documentCondition(records.account);
+                    documentCondition(records.account) + terms_.access.condition;
     return records;
   }
 
@@ -163,14 +164,15 @@ class Sources {
 
   Source contactBalances() const {
     Source balances;
-    balances.from = "t_rp_ContactBal c" + itemJoin("c.FCustomer");
+    balances.from = "t_rp_ContactBal c" + itemJoin("c.FCustomer") + terms_.access.from;
     balances.account = "c.FAccountID";
     balances.item = "c.FCustomer";
     balances.currency = "c.FCurrencyID";
     balances.time = timeOf("c");
     balances.debit = [](const char* form) { return fmt::format("c.FDebit{}", form); };
     balances.credit = [](const char* form) { return fmt::format("c.FCredit{}", form); };
-    balances.where = documentCondition(balances.account) + sinceFirst("c");
+    balances.where =
+        documentCondition(balances.account) + sinceFirst("c") + terms_.access.condition;
     return balances;
   }
 

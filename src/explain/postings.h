@@ -14,6 +14,7 @@
 
 #include <string>
 
+#include "explain/row_access.h"
 #include "explain/scope.h"
 
 namespace velmora::explain {
@@ -28,6 +29,8 @@ struct PostingTerms {
   Period first;
   /// Offsets of advances move amounts of their own: they have vouchers.
   bool offsetsCount = true;
+  /// Of documents, and of initial data.
+  RowAccess access, initialAccess;
 
   int time(Period period) const { return period.year * periodsOfYear + period.period; }
   int checked() const { return time(scope.period); }

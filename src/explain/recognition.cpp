@@ -78,13 +78,14 @@ Recognition::Recognition(const PostingTerms& terms, const Findings& findings, Se
       vouchers.emplace(likeness(gap), &gap);
     }
   }
+  const bool restricted = terms.access.restricts();
   for (const auto& [id, voucher] : findings.vouchers)
     for (const VoucherLine& line : voucher.lines) {
       accountNumbers_.emplace(line.account, line.accountNumber);
-      itemNumbers_.emplace(line.item, line.itemNumber);
+      if (!restricted) itemNumbers_.emplace(line.item, line.itemNumber);
     }
   for (const auto& [key, document] : findings.documents)
-    itemNumbers_.emplace(document.item, document.itemNumber);
+    if (!document.hidden) itemNumbers_.emplace(document.item, document.itemNumber);
 }
 
 const Voucher* Recognition::voucherOf(const Gap& gap) const {
@@ -126,10 +127,21 @@ bool Recognition::isEstimate(const Gap& gap) const {
          voucher->origin == "Industry";
 }
 
+/// Totals of all contacts have initial data and vouchers of contacts that the user may not see.
+bool Recognition::mayNotBeShown(const Document* document) const {
+  if (document != nullptr) return document->hidden;
+  return terms_.access.restricts() && !terms_.scope.detail;
+}
+
 RowReason Recognition::of(const Gap& gap, int decimals) {
   RowReason told;
   told.difference = gap.amounts;
   const Document* document = documentOf(gap);
+  if (mayNotBeShown(document)) {
+    told.reason = Reason::notShown;
+    told.text = sentences_.of("您无权查看的单据。");
+    return told;
+  }
   if (document != nullptr) {
     told.document = document->ref;
     told.documents = 1;
@@ -380,7 +392,8 @@ std::string Recognition::accountNumber(int account) const {
 
 std::string Recognition::itemNumber(int item) const {
   const auto found = itemNumbers_.find(item);
-  return found != itemNumbers_.end() ? found->second : item == 0 ? "" : std::to_string(item);
+  if (found != itemNumbers_.end()) return found->second;
+  return item == 0 ? "" : terms_.access.restricts() ? "***" : std::to_string(item);
 }
 
 }  // namespace velmora::explain

@@ -19,6 +19,7 @@ class Recognition {
  private:
   const Voucher* voucherOf(const Gap& gap) const;
   const Document* documentOf(const Gap& gap) const;
+  bool mayNotBeShown(const Document* document) const;
   /// The other row that the voucher, or its documents, show in.
   const Gap* counterpart(const Gap& gap) const;
 

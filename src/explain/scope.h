@@ -32,6 +32,7 @@ struct Scope {
   bool unposted = false;            ///< the ledger takes unposted vouchers of the period too
   std::string firstItem, lastItem;  ///< numbers of the range; empty: open
   std::string language = "chs";
+  std::string callerString;  ///< whose row access applies; empty: nobody's
 };
 
 }  // namespace velmora::explain

@@ -43,7 +43,11 @@ inline const fs::path& smallSet(cli::demo::Faults faults) {
 struct Asked {
   Scope scope;
   bool estimates = false, outsourcing = false;
+  int user = 0;
 };
+
+/// A user who sees two customers and two suppliers.
+inline constexpr int kRestrictedUser = 16394;
 
 inline Asked asked(bool receivables, Comparison comparison = Comparison::period) {
   Asked ask;
@@ -65,6 +69,9 @@ class Books {
     com::ActivateServer(VELMORA_COMPONENT);
     fs::copy_file(smallSet(faults), file_, fs::copy_options::overwrite_existing);
     connection_ = open(file_, "ReadWrite");
+    run("insert into t_AccessSwitch (FUserID, FUsed) values (16394, 1)\n"
+        "insert into t_AccessRule (FUserID, FTableName, FKeyID) select 16394, 't_Item', FItemID "
+        "from t_Item where FNumber in ('C000002', 'C000010', 'S000002', 'S000009')");
   }
   ~Books() {
     connection_->Close();
@@ -80,10 +87,18 @@ class Books {
     const auto rows = compared(ask, true);
     const bool estimates = ask.estimates || ask.outsourcing;
     const auto without = estimates ? compared(ask, false) : ado::RecordsetRef();
-    return explain(*connection_, ask.scope, *rows, without.get());
+    Scope scope = ask.scope;
+    scope.callerString = callerString(ask);
+    return explain(*connection_, scope, *rows, without.get());
   }
 
  private:
+  std::string callerString(const Asked& ask) const {
+    return "ConnectString={Provider=Velmora.Embedded;Data Source=" + file_.string() +
+           ";Mode=ReadWrite};LANGUAGE=chs;UserID=" + std::to_string(ask.user) +
+           ";SubID=" + (ask.scope.receivables ? "AR" : "AP");
+  }
+
   ado::RecordsetRef compared(const Asked& ask, bool withEstimates) {
     const Scope& scope = ask.scope;
     auto filter = com::make<collections::Dictionary>();
@@ -106,9 +121,7 @@ class Books {
     filter->Set("AcctList", accounts);
     filter->Set("AcctLogic", signs);
     const auto checks = com::CreateObject(_clsInitBalCheck::kProgId).as<_clsInitBalCheck>();
-    const std::string dsn =
-        "ConnectString={Provider=Velmora.Embedded;Data Source=" + file_.string() +
-        ";Mode=ReadWrite};LANGUAGE=chs;SubID=" + (scope.receivables ? "AR" : "AP");
+    const std::string dsn = callerString(ask);
     const auto answer = scope.comparison == Comparison::closing
                             ? checks->GetClosingAmtCheck(dsn, filter)
                             : checks->GetInitAmtCheck(dsn, filter);

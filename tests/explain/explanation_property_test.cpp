@@ -95,6 +95,7 @@ class Damage {
       scope.period = of(std::vector<Period>{{2009, 3}, {2009, 2}, {2008, 12}, {2008, 1}});
     scope.detail = chance(60);
     scope.currency = of(std::vector{0, 0, 1, 3});
+    ask.user = chance(15) ? kRestrictedUser : 0;
     scope.unposted = scope.comparison != Comparison::initial && chance(40);
     if (scope.comparison != Comparison::closing && !scope.detail && chance(40)) {
       scope.byCurrency = true;
@@ -175,7 +176,8 @@ TEST(Explanation, AddsUpWhateverTheBooksHold) {
     ASSERT_THAT(unbalanced(books->explained(ask)), testing::IsEmpty())
         << static_cast<int>(ask.scope.comparison) << " receivables " << ask.scope.receivables
         << " detail " << ask.scope.detail << " currency " << ask.scope.currency << " unposted "
-        << ask.scope.unposted << " estimates " << ask.estimates << ask.outsourcing;
+        << ask.scope.unposted << " estimates " << ask.estimates << ask.outsourcing << " user "
+        << ask.user;
   }
 }
 

@@ -43,6 +43,29 @@ TEST(Reasons, AreNotToldOfBooksThatAgree) {
       }
 }
 
+TEST(Reasons, ShowOnlyWhatTheUserMaySee) {
+  Books books(cli::demo::Faults::kPlanted);
+  Asked ask = asked(true);
+  ask.user = kRestrictedUser;
+  // The other end of each transfer is a customer that is not shown.
+  EXPECT_THAT(
+      reasonLines(books.explained(ask)),
+      ElementsAreArray({"1122 C000002 other-period 0 -8017.11 0 -8017.11 XSFP000047 记-2",
+                        "1122 C000002 document-period 0 17022.6 0 17022.6 XSFP000045 记-14",
+                        "1122 C000010 not-posted 0 -19728.27 0 -19728.27 XSFP000050 记-20",
+                        "1122 C000010 other-period 0 -271884.84 0 -271884.84 YSZZ000004 记-3",
+                        "2203 C000002 other-period 0 0 -30819.48 30819.48 YSD000013 收-2"}));
+  ask.scope.detail = false;
+  const Explanation totals = books.explained(ask);
+  EXPECT_THAT(unbalanced(totals), testing::IsEmpty());
+  EXPECT_THAT(totals.notes, testing::SizeIs(1));
+  for (const ExplainedRow& row : totals.rows)
+    for (const RowReason& reason : row.reasons) {
+      EXPECT_EQ(reason.document.has_value(), reason.reason != Reason::notShown) << reason.text;
+      EXPECT_THAT(reason.text, testing::Not(testing::HasSubstr("C000005"))) << reason.text;
+    }
+}
+
 /// One fault in books that agree and the reasons it gives in receivables, in 2009-03 unless
 /// the comparison is another.
 struct Fault {

@@ -35,6 +35,7 @@ explain::Scope scopeOf(const Session& session, const Reconciliation& reconciliat
   scope.detail = options.detail;
   scope.unposted = options.unposted;
   scope.language = session.language();
+  scope.callerString = session.dsn();
   if (options.items.empty()) return scope;
   const NumberRange range = parseRange(options.items);
   scope.firstItem = range.first;
