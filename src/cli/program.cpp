@@ -167,6 +167,7 @@ std::unique_ptr<CLI::App> makeProgram(Run& chosen) {
   addAccountCheck(*program, chosen);
   addPeriodChange(*program, chosen);
   addReconcile(*program, chosen);
+  addTrace(*program, chosen);
   addSettle(*program, chosen);
   addDistribute(*program, chosen);
   addDefaultAccount(*program, chosen);

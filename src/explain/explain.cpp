@@ -111,6 +111,21 @@ class Explainer {
     return explanation;
   }
 
+  std::vector<Match> matched() {
+    found_ = readFindings(connection_, terms_, Sought::ofPeriod);
+    Sentences sentences(terms_.scope.language);
+    Recognition recognition(terms_, found_, sentences);
+    std::vector<Match> all;
+    for (const Gap& gap : found_.gaps) {
+      Match match{recognition.of(gap, 2), gap.ledger, gap.own};
+      if (match.agrees()) match.reason.text.clear();
+      all.push_back(std::move(match));
+    }
+    std::ranges::stable_partition(
+        all, [](const Match& match) { return match.reason.voucher.has_value(); });
+    return all;
+  }
+
  private:
   /// What receivables or payables have in a row without estimates.
   const Amounts& documentsOwn(const ComparedRow& row) const {
@@ -230,6 +245,10 @@ class Explainer {
 };
 
 }  // namespace
+
+std::vector<Match> matches(ado::Connection& connection, const Scope& scope) {
+  return Explainer(connection, scope).matched();
+}
 
 Explanation explain(ado::Connection& connection, const Scope& scope, ado::Recordset& rows,
                     ado::Recordset* withoutEstimates) {

@@ -21,6 +21,18 @@ namespace velmora::explain {
 Explanation explain(ado::Connection& connection, const Scope& scope, ado::Recordset& rows,
                     ado::Recordset* withoutEstimates = nullptr);
 
+/// A voucher's lines and the documents that name it, in one period.
+struct Match {
+  RowReason reason;     ///< document and voucher; reason and text only where they differ
+  Decimal ledger, own;  ///< of the period, signed, in local currency
+
+  bool agrees() const { return reason.difference.isZero(); }
+};
+
+/// What ledger and documents have in the period of `scope`, which is narrowed to one account
+/// (and contact), voucher by voucher in the order of the vouchers; documents without one last.
+std::vector<Match> matches(ado::Connection& connection, const Scope& scope);
+
 /// The rows of a comparison without its totals, in their order.
 std::vector<ComparedRow> comparedRows(const Scope& scope, ado::Recordset& rows);
 

@@ -108,9 +108,9 @@ class Reader {
   Reader(ado::Connection& connection, const PostingTerms& terms)
       : connection_(connection), terms_(terms) {}
 
-  Findings all() {
+  Findings all(Sought sought) {
     const GapTable table(connection_);
-    connection_.Execute(insertGaps(terms_));
+    connection_.Execute(insertGaps(terms_, sought));
     readGaps();
     forEachRow(connection_, ledgerSums(terms_), [&](Cells& cells) {
       const RowKey row = cells.row();
@@ -122,21 +122,24 @@ class Reader {
 
  private:
   void readGaps() {
-    forEachRow(connection_,
-               "select FAcctID, FItemID, FCurrencyID, FVoucherID, FSource, FDocumentID, FLines, "
-               "FDocuments, FOpening, FDebit, FCredit, FBalance, FOpeningFor, FDebitFor, "
-               "FCreditFor, FBalanceFor from #ExplainGap order by 1, 2, 3, 4, 5, 6",
-               [&](Cells& cells) {
-                 Gap gap;
-                 gap.row = cells.row();
-                 gap.voucher = cells.number();
-                 gap.source = cells.number();
-                 gap.document = cells.number();
-                 gap.lines = cells.number();
-                 gap.documents = cells.number();
-                 gap.amounts = cells.amounts();
-                 found_.gaps.push_back(std::move(gap));
-               });
+    forEachRow(
+        connection_,
+        "select FAcctID, FItemID, FCurrencyID, FVoucherID, FSource, FDocumentID, FLines, "
+        "FDocuments, FLedger, FOwn, FOpening, FDebit, FCredit, FBalance, FOpeningFor, FDebitFor, "
+        "FCreditFor, FBalanceFor from #ExplainGap order by 1, 2, 3, 4, 5, 6",
+        [&](Cells& cells) {
+          Gap gap;
+          gap.row = cells.row();
+          gap.voucher = cells.number();
+          gap.source = cells.number();
+          gap.document = cells.number();
+          gap.lines = cells.number();
+          gap.documents = cells.number();
+          gap.ledger = cells.decimal();
+          gap.own = cells.decimal();
+          gap.amounts = cells.amounts();
+          found_.gaps.push_back(std::move(gap));
+        });
   }
 
   void readOrigins() {
@@ -314,8 +317,8 @@ std::vector<BalanceGap> readBalanceGaps(ado::Connection& connection, const std::
 
 }  // namespace
 
-Findings readFindings(ado::Connection& connection, const PostingTerms& terms) {
-  return Reader(connection, terms).all();
+Findings readFindings(ado::Connection& connection, const PostingTerms& terms, Sought sought) {
+  return Reader(connection, terms).all(sought);
 }
 
 std::vector<BalanceGap> readContactBalanceGaps(ado::Connection& connection,

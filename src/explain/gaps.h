@@ -16,6 +16,7 @@ struct Gap {
   int voucher = 0;
   int source = 0, document = 0;  ///< without voucher
   int lines = 0, documents = 0;  ///< in this row
+  Decimal ledger, own;           ///< what either has of the period, signed, in local currency
   Amounts amounts;
 };
 
@@ -61,7 +62,8 @@ struct Findings {
   std::map<std::pair<int, int>, Document> documents;  ///< by source and id
 };
 
-Findings readFindings(ado::Connection& connection, const PostingTerms& terms);
+Findings readFindings(ado::Connection& connection, const PostingTerms& terms,
+                      Sought sought = Sought::gaps);
 
 std::vector<BalanceGap> readContactBalanceGaps(ado::Connection& connection,
                                                const PostingTerms& terms);

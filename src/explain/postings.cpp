@@ -391,11 +391,12 @@ std::string createGaps() {
     for (const char* measure : {"FOpening", "FDebit", "FCredit", "FBalance"})
       amounts += fmt::format(", {}{} decimal(28,4)", measure, form);
   return "create table #ExplainGap (FVoucherID int, FSource int, FDocumentID int, FAcctID int, "
-         "FItemID int, FCurrencyID int, FLines int, FDocuments int" +
+         "FItemID int, FCurrencyID int, FLines int, FDocuments int, FLedger decimal(28,4), "
+         "FOwn decimal(28,4)" +
          amounts + ")";
 }
 
-std::string insertGaps(const PostingTerms& terms) {
+std::string insertGaps(const PostingTerms& terms, Sought sought) {
   const Sources sources(terms);
   std::vector<Source> all = sources.ledgerPostings();
   for (Source& document : sources.documents()) all.push_back(std::move(document));
@@ -403,10 +404,14 @@ std::string insertGaps(const PostingTerms& terms) {
   const std::string key =
       "f.FVoucherID, f.FSource, f.FDocumentID, f.FAcctID, f.FItemID, f.FCurrencyID";
   return fmt::format(
-      "insert into #ExplainGap\nselect {}, sum(f.FLines), sum(f.FDocuments),\n {},\n {}\n"
-      "from (\n{}\n) f\ngroup by {}\nhaving {} or {}",
-      key, local.list(), original.list(), postings(terms.scope, all), key, local.notZero(),
-      original.notZero());
+      "insert into #ExplainGap\nselect {0}, sum(f.FLines), sum(f.FDocuments),\n"
+      " sum(case when f.FTime = {1} and f.FLines = 1 then f.FNet else 0 end),\n"
+      " sum(case when f.FTime = {1} and f.FDocuments = 1 then -f.FNet else 0 end),\n {2},\n {3}\n"
+      "from (\n{4}\n) f\ngroup by {0}\nhaving {5}",
+      key, terms.checked(), local.list(), original.list(), postings(terms.scope, all),
+      sought == Sought::gaps
+          ? local.notZero() + " or " + original.notZero()
+          : fmt::format("sum(case when f.FTime = {} then 1 else 0 end) > 0", terms.checked()));
 }
 
 std::string ledgerSums(const PostingTerms& terms) {

@@ -36,11 +36,17 @@ struct PostingTerms {
   int checked() const { return time(scope.period); }
 };
 
-/// Creates #ExplainGap: where the postings of a voucher, or of a document without one, do not
-/// cancel out in a row.
+/// Which sums of postings are looked for.
+enum class Sought {
+  gaps,     ///< those that do not cancel out
+  ofPeriod  ///< all that have a posting in the period
+};
+
+/// Creates #ExplainGap: the postings of a voucher, or of a document without one, summed up in
+/// a row; with FLedger and FOwn, what ledger and documents have of the period by itself.
 std::string createGaps();
 /// Fills it.
-std::string insertGaps(const PostingTerms& terms);
+std::string insertGaps(const PostingTerms& terms, Sought sought);
 /// The ledger's postings by row: FAcctID, FItemID, FCurrencyID and the amounts.
 std::string ledgerSums(const PostingTerms& terms);
 /// Those of receivables or payables by row and time (FTime), against the contact balances of

@@ -78,6 +78,69 @@ TEST_F(Reconcile, ShowsTheStatements) {
                     HasSubstr("-- general ledger\n")));
 }
 
+TEST_F(Reconcile, ExplainsEachRow) {
+  const auto text = run({"period", "--explain", "--lang", "EN"});
+  EXPECT_EQ(text.status, kBlocked) << text.err;
+  EXPECT_THAT(text.out,
+              AllOf(HasSubstr("XSFP000042 has no voucher: make its voucher. [no-voucher]"),
+                    HasSubstr("Voucher Journal-2 is in 2009-04, "),
+                    HasSubstr("2203 预收账款 C000009 "), Not(HasSubstr("unexplained"))));
+  const auto json = ordered_json::parse(
+      run({"period", "--explain", "--format", "json", "--currency", "USD", "--all"}).out);
+  EXPECT_EQ(json.at("comparison").at("currency"), 3);
+  EXPECT_EQ(json.at("rows").size(), json.at("comparison").at("compared").get<std::size_t>());
+  std::size_t reasons = 0, counted = 0;
+  for (const auto& row : json.at("rows")) reasons += row.at("reasons").size();
+  for (const auto& total : json.at("totals")) counted += total.at("count").get<std::size_t>();
+  EXPECT_EQ(reasons, counted);
+  EXPECT_GT(reasons, 0U);
+  const auto csv = run({"closing", "--explain", "--format", "csv", "--side", "ap"});
+  EXPECT_THAT(csv.out, testing::StartsWith("account,item,currency,reason,opening,debit,credit,"));
+  const auto one = run({"period", "--explain", "--account", "1221", "--item", "C000007"});
+  EXPECT_THAT(one.out, AllOf(HasSubstr("QTYS000007"), HasSubstr("1 of 1 rows differ")));
+  EXPECT_THAT(run({"period", "--explain", "--only-reasons"}).out, Not(HasSubstr("XSFP")));
+}
+
+TEST_F(Reconcile, ExplainsWhatIsWrongWithTheQuestion) {
+  const struct {
+    std::vector<std::string> arguments;
+    const char* told;
+  } cases[] = {
+      {{"period", "--item", "C000001"}, "--explain"},
+      {{"closing", "--explain", "--account", "1122"}, "closing takes a side as a whole"},
+      {{"period", "--explain", "--account", "1122", "--accounts", "1122"}, "not both"},
+      {{"period", "--explain", "--item", "C1", "--items", "C1..C2"}, "not both"},
+      {{"period", "--explain", "--item", "C000001", "--no-detail"}, "leave --no-detail out"},
+      {{"period", "--explain", "--account", "9999"}, "\"9999\""},
+      {{"period", "--explain", "--item", "C999999"}, "C999999"},
+  };
+  for (const auto& [arguments, told] : cases) {
+    const auto refused = run(arguments);
+    EXPECT_GE(refused.status, kUsage);
+    EXPECT_THAT(refused.err, HasSubstr(told));
+    EXPECT_TRUE(refused.out.empty());
+  }
+}
+
+TEST_F(Reconcile, TracesSinceWhenTheLedgersDiffer) {
+  const auto traced = [](std::vector<std::string> more) {
+    std::vector<std::string> arguments{"trace",  "--db",    demo(),   "--account", "1122",
+                                       "--item", "C000005", "--lang", "EN"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return runVelmora(arguments);
+  };
+  const auto json = ordered_json::parse(traced({"--format", "json", "--since", "2009-01"}).out);
+  EXPECT_EQ(json.at("differsSince").at("period"), 3);
+  ASSERT_EQ(json.at("periods").size(), 3U);
+  EXPECT_EQ(json.at("periods").at(2).at("arose"), "336910.28");
+  EXPECT_EQ(json.at("periods").at(2).at("reasons").size(), 3U);
+  EXPECT_THAT(traced({}).out, HasSubstr("the ledgers differ since 2009-03."));
+  EXPECT_THAT(traced({"--period", "2009-03"}).out, HasSubstr("4 lines, 3 without a match"));
+  EXPECT_THAT(traced({"--since", "2009x4"}).err, HasSubstr("expected YEAR-PERIOD"));
+  EXPECT_THAT(traced({"--since", "2009-04"}).err, HasSubstr("is later than 2009-03"));
+  EXPECT_THAT(traced({"--period", "2009-77"}).err, HasSubstr("2009-77"));
+}
+
 TEST_F(Reconcile, QuotesItemNumbers) {
   const auto one = run({"period", "--items", "C000003..C000003", "--format", "json"});
   EXPECT_EQ(ordered_json::parse(one.out).at("compared"), 3) << one.err;

@@ -1,10 +1,8 @@
 #include "cli/reconcile/explained.h"
 
-#include <charconv>
 #include <sstream>
 
 #include "cli/failure.h"
-#include "explain/explain.h"
 #include "velmora/com/error.h"
 
 namespace velmora::cli {
@@ -43,6 +41,16 @@ explain::Scope scopeOf(const Session& session, const Reconciliation& reconciliat
   return scope;
 }
 
+/// Errors are for the person at the screen.
+template <class Ask>
+auto told(Ask ask) {
+  try {
+    return ask();
+  } catch (const com::Error& error) {
+    throw Failure(error.description());
+  }
+}
+
 }  // namespace
 
 explain::Explanation explained(const Session& session, const Reconciliation& reconciliation) {
@@ -53,11 +61,14 @@ explain::Explanation explained(const Session& session, const Reconciliation& rec
     options.estimates = options.outsourcing = false;
     without = reconcile(session, options).rows;
   }
-  try {
+  return told([&] {
     return explain::explain(session.connection(), scope, *reconciliation.rows, without.get());
-  } catch (const com::Error& error) {
-    throw Failure(error.description());
-  }
+  });
+}
+
+std::vector<explain::Match> matched(const Session& session, const Reconciliation& reconciliation) {
+  const explain::Scope scope = scopeOf(session, reconciliation);
+  return told([&] { return explain::matches(session.connection(), scope); });
 }
 
 }  // namespace velmora::cli

@@ -39,17 +39,8 @@ Decimal shown(const Decimal& value, int decimals) {
   return exact.rescaled(std::max(exact.scale(), decimals));
 }
 
-std::string amountsText(const Measures& measures, int decimals) {
-  std::string text;
-  for (const auto& [name, amount] : kMeasures)
-    if (!(measures.*amount).isZero())
-      text += fmt::format("{}{} {}", text.empty() ? "" : ", ", name,
-                          shown(measures.*amount, decimals).toString());
-  return text;
-}
-
 /// Local currency; that of the documents where it alone differs or was asked for.
-std::string amountsText(const Amounts& amounts, int decimals, bool withOriginal) {
+std::string bothCurrencies(const Amounts& amounts, int decimals, bool withOriginal) {
   std::string text = amountsText(amounts.local, decimals);
   if (withOriginal || text.empty())
     if (const std::string original = amountsText(amounts.original, decimals); !original.empty())
@@ -97,11 +88,11 @@ std::string nameOf(Reason reason, explain::Sentences& sentences) {
 void writeRow(std::ostream& out, const ExplainedRow& row, const Reconciliation& reconciliation,
               const Style& style) {
   const bool original = showsOriginal(reconciliation);
-  const std::string amounts = amountsText(row.row.difference(), row.row.decimals, original);
+  const std::string amounts = bothCurrencies(row.row.difference(), row.row.decimals, original);
   out << style.heading(rowTitle(row.row, reconciliation)) << ": "
       << (amounts.empty() ? "agrees" : amounts) << '\n';
   for (const RowReason& reason : row.reasons)
-    out << "  " << amountsText(reason.difference, row.row.decimals, original) << "\n    "
+    out << "  " << bothCurrencies(reason.difference, row.row.decimals, original) << "\n    "
         << singleLine(reason.text) << " [" << explain::codeOf(reason.reason) << "]\n";
 }
 
@@ -116,13 +107,6 @@ void writeTotals(std::ostream& out, const Explanation& explanation, explain::Sen
   }
   const auto rows = lines.finish();
   if (rows->RecordCount() > 0) writeTable(out, *rows, style);
-}
-
-Json measuresJson(const Measures& measures, int decimals) {
-  Json json;
-  for (const auto& [name, amount] : kMeasures)
-    json[name] = shown(measures.*amount, decimals).toString();
-  return json;
 }
 
 Json periodJson(explain::Period period, Json json = Json::object()) {
@@ -159,18 +143,6 @@ void addDifference(Json& json, const Amounts& amounts, int decimals, bool withOr
   if (withOriginal) json["differenceFor"] = measuresJson(amounts.original, decimals);
 }
 
-Json reasonJson(const RowReason& reason, int decimals, bool withOriginal) {
-  Json json;
-  json["reason"] = explain::codeOf(reason.reason);
-  addDifference(json, reason.difference, decimals, withOriginal);
-  json["document"] = documentJson(reason);
-  json["voucher"] = voucherJson(reason);
-  if (reason.other)
-    json["otherRow"] = {{"account", reason.other->account}, {"item", reason.other->item}};
-  json["text"] = reason.text;
-  return json;
-}
-
 Json rowJson(const ExplainedRow& row, const Reconciliation& reconciliation) {
   const bool original = showsOriginal(reconciliation);
   Json json;
@@ -185,6 +157,34 @@ Json rowJson(const ExplainedRow& row, const Reconciliation& reconciliation) {
 }
 
 }  // namespace
+
+std::string amountsText(const Measures& measures, int decimals) {
+  std::string text;
+  for (const auto& [name, amount] : kMeasures)
+    if (!(measures.*amount).isZero())
+      text += fmt::format("{}{} {}", text.empty() ? "" : ", ", name,
+                          shown(measures.*amount, decimals).toString());
+  return text;
+}
+
+Json measuresJson(const Measures& measures, int decimals) {
+  Json json;
+  for (const auto& [name, amount] : kMeasures)
+    json[name] = shown(measures.*amount, decimals).toString();
+  return json;
+}
+
+Json reasonJson(const RowReason& reason, int decimals, bool withOriginal) {
+  Json json;
+  json["reason"] = explain::codeOf(reason.reason);
+  addDifference(json, reason.difference, decimals, withOriginal);
+  json["document"] = documentJson(reason);
+  json["voucher"] = voucherJson(reason);
+  if (reason.other)
+    json["otherRow"] = {{"account", reason.other->account}, {"item", reason.other->item}};
+  json["text"] = reason.text;
+  return json;
+}
 
 void writeExplained(std::ostream& out, const Reconciliation& reconciliation,
                     const Explanation& explanation, const ExplainedForm& form, const Style& style) {

@@ -13,6 +13,14 @@ struct ExplainedForm {
   bool onlyReasons = false;  ///< totals by reason alone
 };
 
+/// "debit -5.00, balance -5.00": the measures that are not zero.
+std::string amountsText(const explain::Measures& measures, int decimals);
+
+/// {"opening","debit","credit","balance"}, texts.
+Json measuresJson(const explain::Measures& measures, int decimals);
+/// A member of "reasons".
+Json reasonJson(const explain::RowReason& reason, int decimals, bool withOriginal);
+
 /// Each row with its reasons below it, then how often each reason occurs and what it comes to.
 void writeExplained(std::ostream& out, const Reconciliation& reconciliation,
                     const explain::Explanation& explanation, const ExplainedForm& form,
