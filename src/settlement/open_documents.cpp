@@ -61,7 +61,7 @@ void OpenDocument::add(DocumentField field, const Decimal& change) {
 }
 
 void OpenDocument::update() {
-  for (const auto& [column, value] : changes_) rows_.SetValue(column, value);
+  for (const auto& [column, value] : changes_) rows_.SetConvertedValue(column, value);
   changes_.clear();
 }
 

@@ -177,6 +177,8 @@ class Recordset final : public com::Object<com::IUnknown> {
   void SetValue(std::size_t field, const Variant& value);
   /// What SetValue would store, for who must know before anything changes; raises as it.
   Variant ConvertedValue(std::size_t field, const Variant& value) const;
+  /// Writes what ConvertedValue answered for this column, without converting it again.
+  void SetConvertedValue(std::size_t field, const Variant& value);
 
  private:
   friend class Fields;

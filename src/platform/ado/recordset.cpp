@@ -296,6 +296,11 @@ Variant Recordset::ConvertedValue(std::size_t field, const Variant& value) const
   return convertToField(value, definition(field));
 }
 
+void Recordset::SetConvertedValue(std::size_t field, const Variant& value) {
+  requireWritable();
+  body_->store->setCell(currentRow(), field, value);
+}
+
 // Columns
 
 void Recordset::appendField(FieldDefinition field) {

@@ -110,11 +110,11 @@ Decimal toScaled(const Variant& value, const FieldDefinition& field) {
   if (keepsEveryDigit(field)) return number;
   const int precision = field.precision == 0 ? Decimal::kMaxDigits : field.precision;
   const int wholeDigits = precision - field.numericScale;
-  number = number.rounded(field.numericScale);
+  if (number.scale() > field.numericScale) number = number.rounded(field.numericScale);
   if (isLonger(number, wholeDigits))
     fail(field, shown(value) + " is too large",
          "at most " + std::to_string(wholeDigits) + " digits before the decimal point");
-  return number.rescaled(field.numericScale);
+  return number.scale() == field.numericScale ? number : number.rescaled(field.numericScale);
 }
 
 Variant toReal(const Variant& value, const FieldDefinition& field) {
