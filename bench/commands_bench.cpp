@@ -88,6 +88,24 @@ class Measurement {
       figures_.report("  against a quarter of the documents",
                       time / medianSeconds(command, smaller_, runs), limits.growth, "x");
   }
+  /// An explanation of all rows against the comparison itself.
+  void measureExplained(const Command& comparison) {
+    const Command command = comparison + " --explain";
+    const ProcessRun first = run(command, large_);
+    const double time = medianSeconds(command, large_, 3);
+    std::printf("%s, %.3f s\n", command.c_str(), time);
+    figures_.report("  against the comparison itself", time / medianSeconds(comparison, large_, 3),
+                    3, "x");
+    figures_.report("  peak memory", first.peakMemoryMiB, 2048, "MiB");
+  }
+  /// What the explanation of one account and contact takes beyond their comparison.
+  void measureOneExplained() {
+    const Command comparison = "reconcile period --accounts 1122 --items C000001..C000001";
+    const double compared = medianSeconds(comparison, large_, 5);
+    const double explained = medianSeconds(comparison + " --explain", large_, 5);
+    figures_.report("explaining one account and contact, beyond comparing them",
+                    explained - compared, 0.5, "s");
+  }
   Figures& figures() { return figures_; }
 
  private:
@@ -103,6 +121,12 @@ int measureAll(const std::string& demo, const std::string& smaller, const std::s
                                medianSeconds("close-check --side ar", demo, 21), 0.25, "s");
   measurement.measure("close-check --side ar", {10, 2048, 4.4}, 5);
   for (const auto& command : comparisons()) measurement.measure(command, {}, 3);
+  for (const char* comparison :
+       {"reconcile initial --side ar", "reconcile period --side ar",
+        "reconcile period --side ap --estimates --outsourcing", "reconcile closing --side ap",
+        "reconcile period --side ar --no-detail --by-currency"})
+    measurement.measureExplained(comparison);
+  measurement.measureOneExplained();
   for (const auto& command : otherCommands()) measurement.measure(command, {}, 3);
   return measurement.figures().allKept() ? 0 : 1;
 }

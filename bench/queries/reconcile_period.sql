@@ -84,6 +84,8 @@ from (select v1.FID, t1.FAccountID, t1.FName as AccountName, t10.FItemID, t10.FN
              t9.FScale, t9.FName as CurrencyName
       from AmtCheck v1
       left join t_Account t1 on v1.FAcctNumber = t1.FNumber
-      left join t_Item t10 on v1.FItemClassNumber = t10.FNumber and t10.FItemClassID = 1
-      left join t_Currency t9 on t9.FCurrencyID = 1) u1
+      left join (select * from t_Item where FItemClassID = 1) t10
+        on v1.FItemClassNumber = t10.FNumber
+      left join (select * from t_Currency where FCurrencyID = 1) t9
+        on t9.FCurrencyID = v1.FCurrencyID + 1) u1
 where v1.FID = u1.FID;
