@@ -93,6 +93,17 @@ TEST_P(ServerAnswers, AreGiven) {
   }
 }
 
+// The engine by itself refuses as many operators in a row.
+TEST(Union, TakesAThousandBranches) {
+  std::string all = "select 0 a", wanted = "0";
+  for (int i = 1; i < 1000; ++i) {
+    all += " union all select " + std::to_string(i % 500);
+    wanted += ";" + std::to_string(i % 500);
+  }
+  EXPECT_EQ(answer(all), wanted);
+  EXPECT_EQ(answer("select count(*), max(a) from (" + all + " union select 7) t"), "500|499");
+}
+
 INSTANTIATE_TEST_SUITE_P(Files, ServerAnswers, testing::ValuesIn(files()),
                          [](const auto& file) { return file.param.stem().string(); });
 

@@ -1,6 +1,7 @@
 #include "platform/tsql/output/query_text.h"
 
 #include <algorithm>
+#include <span>
 
 #include "platform/tsql/binding/bound_query.h"
 #include "platform/tsql/binding/conversions/conversion.h"
@@ -204,6 +205,16 @@ std::string branchText(Context& context, const BoundBody& branch, const Types& t
   return "(" + bodyText(context, branch, types, {}, order) + ")";
 }
 
+/// The branches with `word` between them, of many in halves: the engine goes one level deeper
+/// for each in a row.
+std::string chained(std::span<const std::string> branches, std::string_view word) {
+  constexpr std::size_t mostInARow = 100;
+  if (branches.size() <= mostInARow) return join(branches, word);
+  const std::size_t half = branches.size() / 2;
+  return "(" + chained(branches.first(half), word) + ")" + std::string(word) + "(" +
+         chained(branches.subspan(half), word) + ")";
+}
+
 /// The constants of columns for which each of the first `count` branches selects the same
 /// one; none when that would leave no column to tell rows apart.
 std::vector<std::string> fixedColumns(Context& context, const BoundUnion& united, std::size_t count,
@@ -240,20 +251,21 @@ std::string unionText(Context& context, const BoundBody& body, const BoundUnion&
   // The engine runs many branches faster when it drops equal rows from one to the next; of
   // groups there are seldom any to drop.
   const bool repeats = !std::ranges::all_of(united.branches, isGrouped);
-  std::string rows;
+  const std::size_t merged = united.distinctBranches;
+  std::vector<std::string> branches;
   for (std::size_t i = 0; i < united.branches.size(); ++i) {
-    const bool merged = i < united.distinctBranches;
-    if (i > 0) rows += merged && repeats ? " UNION " : " UNION ALL ";
-    rows +=
-        branchText(context, united.branches[i], types, sorted || merged ? RowOrder::any : order);
-    if (i + 1 != united.distinctBranches) continue;
+    branches.push_back(branchText(context, united.branches[i], types,
+                                  sorted || i < merged ? RowOrder::any : order));
+    if (i + 1 != merged) continue;
+    std::string rows = chained(branches, repeats ? " UNION " : " UNION ALL ");
     const DistinctColumns distinct{body.columns, types,
-                                   fixedColumns(context, united, i + 1, types)};
+                                   fixedColumns(context, united, merged, types)};
     if (sorted && allDistinct) return sortedDistinct(rows, distinct, orderBy, {});
     rows = order == RowOrder::wanted && !sorted ? sortedDistinct(rows, distinct, {}, {})
                                                 : withoutDuplicates(rows, distinct);
-    if (!allDistinct) rows.insert(0, "(").append(")");
+    branches = {allDistinct ? rows : "(" + rows + ")"};
   }
+  const std::string rows = chained(branches, " UNION ALL ");
   return sorted ? sortedRows(rows, body.columns, types, orderBy) : rows;
 }
 
