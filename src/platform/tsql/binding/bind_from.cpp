@@ -60,6 +60,7 @@ class FromBinder {
       relation = systemRelation(named.name, source);
     }
     relation += " AS " + source.engine;
+    if (scope_.renameHiding(source)) relation += source.columnList();
     return add(std::move(relation), std::move(source), position);
   }
 
@@ -165,8 +166,9 @@ class FromBinder {
         select != nullptr && select->uniqueKey && ownNames) {
       source.uniqueKeys.push_back(*select->uniqueKey);
     }
+    scope_.renameHiding(source);
     std::string sql = "(" + context_.queries.text(context_, query, typesOf(query)) + ") AS " +
-                      source.engine + columnList(source);
+                      source.engine + source.columnList();
     return add(std::move(sql), std::move(source), position);
   }
 
@@ -207,13 +209,6 @@ class FromBinder {
                 text.append("' was specified multiple times for '").append(alias).append("'."));
       }
     }
-  }
-
-  static std::string columnList(const Source& source) {
-    std::vector<std::string> names;
-    names.reserve(source.columns.size());
-    for (const SourceColumn& column : source.columns) names.push_back(quoteName(column.name));
-    return "(" + tsql::join(names, ", ") + ")";
   }
 
   std::string bindJoin(const Join& join) {

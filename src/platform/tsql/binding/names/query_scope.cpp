@@ -50,8 +50,8 @@ ColumnMatch resolveIn(const QueryScope& scope, const QualifiedName& name) {
 }
 
 /// Whether a source of this query or of those around it is called so in DuckDB SQL.
-bool isEngineAlias(const QueryScope& scope, std::string_view name) {
-  for (const QueryScope* at = &scope; at != nullptr; at = at->outer) {
+bool isEngineAlias(const QueryScope* scope, std::string_view name) {
+  for (const QueryScope* at = scope; at != nullptr; at = at->outer) {
     for (const Source& source : at->sources) {
       if (sameName(source.engine, name)) return true;
     }
@@ -61,9 +61,18 @@ bool isEngineAlias(const QueryScope& scope, std::string_view name) {
 
 }  // namespace
 
+std::string SourceColumn::quoted() const {
+  return quoteName(engineName.empty() ? name : engineName);
+}
+
 std::string Source::columnSql(const SourceColumn& column) const {
-  const std::string name = quoteName(column.engineName.empty() ? column.name : column.engineName);
-  return engine.empty() ? name : engine + "." + name;
+  return engine.empty() ? column.quoted() : engine + "." + column.quoted();
+}
+
+std::string Source::columnList() const {
+  std::string list;
+  for (const SourceColumn& column : columns) list += (list.empty() ? "(" : ", ") + column.quoted();
+  return list + ")";
 }
 
 const CommonTableInfo* QueryScope::findCommonTable(std::string_view name) const {
@@ -76,10 +85,24 @@ const CommonTableInfo* QueryScope::findCommonTable(std::string_view name) const 
 
 std::string QueryScope::engineAlias(std::string_view alias) const {
   std::string name = quoteName(alias);
-  for (int number = 1; isEngineAlias(*this, name); ++number) {
+  for (int number = 1; isEngineAlias(this, name); ++number) {
     name = quoteName(std::string(alias) + "_" + std::to_string(number));
   }
   return name;
+}
+
+bool QueryScope::renameHiding(Source& source) const {
+  bool renamed = false;
+  for (SourceColumn& column : source.columns) {
+    if (!isEngineAlias(outer, column.quoted())) continue;
+    std::string name = column.name;
+    do {
+      name += "_";
+    } while (findColumn(source, name) != nullptr || isEngineAlias(outer, quoteName(name)));
+    column.engineName = std::move(name);
+    renamed = true;
+  }
+  return renamed;
 }
 
 ColumnMatch resolveColumn(const QueryScope& scope, const QualifiedName& name) {

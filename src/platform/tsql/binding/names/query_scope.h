@@ -19,6 +19,8 @@ struct SourceColumn {
   SqlType type;
   bool nullable = true;
   std::string engineName = {};  ///< where it is not `name`
+
+  std::string quoted() const;  ///< as DuckDB SQL names it
 };
 
 /// A table, view or derived table of a FROM clause.
@@ -32,6 +34,7 @@ struct Source {
   std::vector<std::vector<std::string>> uniqueKeys;
 
   std::string columnSql(const SourceColumn& column) const;
+  std::string columnList() const;  ///< `("a", "b")`: all columns, as DuckDB SQL names them
 };
 
 /// What a grouped query's expressions may use of its rows: one key of GROUP BY.
@@ -71,6 +74,10 @@ struct QueryScope {
   const CommonTableInfo* findCommonTable(std::string_view name) const;
   /// An alias for DuckDB that no source of this query or of those around it has.
   std::string engineAlias(std::string_view alias) const;
+  /// Gives other names to those columns of a source to come that are called like a source of
+  /// the queries around this one: DuckDB would take that one's "t.a" for a field of column t.
+  /// Whether there are any.
+  bool renameHiding(Source& source) const;
 };
 
 struct ColumnMatch {
