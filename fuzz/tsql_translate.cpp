@@ -45,7 +45,15 @@ class Walk {
     if (choice.otherwise) statement(*choice.otherwise);
     translateCondition(*choice.condition, tables_.scope());
   }
+  void take(const Statement&, const WhileStatement& loop) {
+    statement(*loop.body);
+    translateCondition(*loop.condition, tables_.scope());
+  }
+  void take(const Statement&, const BreakStatement&) {}
+  void take(const Statement&, const ContinueStatement&) {}
   void take(const Statement&, const DeclareStatement& declaration) {
+    for (const CreateTableStatement& each : declaration.tables)
+      add(translateTableVariable(each, tables_.scope()).action);
     for (const VariableDeclaration& each : declaration.variables)
       tables_.variables[each.name] = Variable{sqlType(each.type)};
   }
@@ -60,7 +68,10 @@ class Walk {
   void take(const Statement&, const SetIsolationStatement&) {}
   template <class Node>
   void take(const Statement& whole, const Node&) {
-    const Action action = translate(whole, tables_.scope()).action;
+    add(translate(whole, tables_.scope()).action);
+  }
+
+  void add(const Action& action) {
     if (const auto* created = std::get_if<CreateTable>(&action)) {
       created_ = true;
       tables_.catalog.add(created->table);
