@@ -86,6 +86,13 @@ bool containsAggregate(const Expression& expression) {
   return Search([](const Expression& one) { return isAggregate(one); }).in(expression);
 }
 
+bool containsSubqueryValue(const Expression& expression) {
+  const auto wanted = [](const Expression& one) {
+    return std::holds_alternative<ScalarSubquery>(one.node);
+  };
+  return Search(wanted).in(expression);
+}
+
 std::vector<const QualifiedName*> columnsIn(const Expression& expression) {
   std::vector<const QualifiedName*> names;
   const auto collect = [&](const Expression& one) {

@@ -19,6 +19,9 @@ bool isAggregate(const Expression& expression);
 /// not count.
 bool containsAggregate(const Expression& expression);
 
+/// Whether a query used as a value stands in it.
+bool containsSubqueryValue(const Expression& expression);
+
 /// The columns named in it, outside of subqueries.
 std::vector<const QualifiedName*> columnsIn(const Expression& expression);
 

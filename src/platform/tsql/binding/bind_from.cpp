@@ -60,7 +60,7 @@ class FromBinder {
       relation = systemRelation(named.name, source);
     }
     relation += " AS " + source.engine;
-    if (scope_.renameHiding(source)) relation += source.columnList();
+    if (renameHiding(source, around())) relation += source.columnList();
     return add(std::move(relation), std::move(source), position);
   }
 
@@ -70,6 +70,10 @@ class FromBinder {
     source.engine = scope_.engineAlias(alias);
     return source;
   }
+
+  /// What may stand around an item in DuckDB SQL: to the right of a left join the ON may become
+  /// a query of its own over the item.
+  const QueryScope* around() const { return leftJoins_ > 0 ? &scope_ : scope_.outer; }
 
   std::string add(std::string sql, Source source, Position position) {
     addSource(scope_, std::move(source), position);
@@ -166,7 +170,7 @@ class FromBinder {
         select != nullptr && select->uniqueKey && ownNames) {
       source.uniqueKeys.push_back(*select->uniqueKey);
     }
-    scope_.renameHiding(source);
+    renameHiding(source, around());
     std::string sql = "(" + context_.queries.text(context_, query, typesOf(query)) + ") AS " +
                       source.engine + source.columnList();
     return add(std::move(sql), std::move(source), position);
@@ -215,7 +219,9 @@ class FromBinder {
     const std::size_t first = scope_.sources.size();
     const std::string left = bind(*join.left);
     const std::size_t second = scope_.sources.size();
+    leftJoins_ += join.kind == JoinKind::Left ? 1 : 0;
     const std::string right = bindSide(*join.right);
+    leftJoins_ -= join.kind == JoinKind::Left ? 1 : 0;
     if (join.kind == JoinKind::Right || join.kind == JoinKind::Full) makeNullable(first, second);
     if (join.kind == JoinKind::Left || join.kind == JoinKind::Full) {
       makeNullable(second, scope_.sources.size());
@@ -258,6 +264,7 @@ class FromBinder {
   Context& context_;
   QueryScope& scope_;
   BoundFrom result_;
+  int leftJoins_ = 0;  ///< to whose right the item stands
 };
 
 }  // namespace

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 #include <utility>
 
+#include "platform/tsql/binding/aggregate_search.h"
 #include "platform/tsql/binding/bind_expression.h"
 #include "platform/tsql/binding/types/type_rules.h"
 
@@ -199,18 +201,31 @@ BoundCondition withGuardedKey(Terms terms, JoinKind kind) {
   return all(terms);
 }
 
+/// Whether a column is called like one of the sources; renameHiding sees none to its right.
+bool hidesAny(const Source& source, std::span<const Source> others) {
+  return std::ranges::any_of(source.columns, [&](const SourceColumn& column) {
+    return std::ranges::any_of(
+        others, [&](const Source& other) { return sameName(other.engine, column.quoted()); });
+  });
+}
+
 }  // namespace
 
 BoundOn bindOuterJoin(Context& context, QueryScope& scope, const Join& join, std::size_t left,
                       std::size_t right) {
   Terms terms = TermBinder(context, scope, left, right).bind(*join.on);
+  const bool oneOther =
+      join.kind == JoinKind::Left
+          ? scope.sources.size() == right + 1
+          : join.kind == JoinKind::Right && right == left + 1 &&
+                !hidesAny(scope.sources[left], std::span(scope.sources).subspan(right));
   const bool hashable =
       std::ranges::any_of(terms, [](const Term& term) { return term.key.has_value(); }) &&
       std::ranges::none_of(terms, [](const Term& term) { return term.sides > kBoth; });
-  if (!hashable) return {all(terms)};
-  const bool oneOther = join.kind == JoinKind::Left
-                            ? scope.sources.size() == right + 1
-                            : join.kind == JoinKind::Right && right == left + 1;
+  if (!hashable) {
+    const bool keepsLeft = join.kind == JoinKind::Left;
+    return {all(terms), keepsLeft && oneOther && containsSubqueryValue(*join.on)};
+  }
   if (oneOther && std::ranges::any_of(terms, needsBothRows)) return {all(terms), true};
   return {withGuardedKey(std::move(terms), join.kind)};
 }

@@ -12,8 +12,8 @@ namespace velmora::tsql {
 /// The ON of an outer join.
 struct BoundOn {
   BoundCondition condition;
-  /// The engine can hash the condition only as the WHERE of a query over the side without
-  /// unmatched rows, for each row of the other (LATERAL).
+  /// The engine can hash the condition, or run a query used as a value in it, only as the
+  /// WHERE of a query over the side without unmatched rows, for each row of the other (LATERAL).
   bool lateral = false;
 };
 

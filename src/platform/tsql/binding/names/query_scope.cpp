@@ -91,20 +91,6 @@ std::string QueryScope::engineAlias(std::string_view alias) const {
   return name;
 }
 
-bool QueryScope::renameHiding(Source& source) const {
-  bool renamed = false;
-  for (SourceColumn& column : source.columns) {
-    if (!isEngineAlias(outer, column.quoted())) continue;
-    std::string name = column.name;
-    do {
-      name += "_";
-    } while (findColumn(source, name) != nullptr || isEngineAlias(outer, quoteName(name)));
-    column.engineName = std::move(name);
-    renamed = true;
-  }
-  return renamed;
-}
-
 ColumnMatch resolveColumn(const QueryScope& scope, const QualifiedName& name) {
   if (!name.qualifiers.empty()) return resolveQualified(scope, name);
   for (const QueryScope* at = &scope; at != nullptr; at = at->outer) {
@@ -129,6 +115,20 @@ void addSource(QueryScope& scope, Source source, Position position) {
                 "names. Use correlation names to distinguish them.");
   }
   scope.sources.push_back(std::move(source));
+}
+
+bool renameHiding(Source& source, const QueryScope* around) {
+  bool renamed = false;
+  for (SourceColumn& column : source.columns) {
+    if (!isEngineAlias(around, column.quoted())) continue;
+    std::string name = column.name;
+    do {
+      name += "_";
+    } while (findColumn(source, name) != nullptr || isEngineAlias(around, quoteName(name)));
+    column.engineName = std::move(name);
+    renamed = true;
+  }
+  return renamed;
 }
 
 }  // namespace velmora::tsql

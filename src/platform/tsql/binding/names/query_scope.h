@@ -74,10 +74,6 @@ struct QueryScope {
   const CommonTableInfo* findCommonTable(std::string_view name) const;
   /// An alias for DuckDB that no source of this query or of those around it has.
   std::string engineAlias(std::string_view alias) const;
-  /// Gives other names to those columns of a source to come that are called like a source of
-  /// the queries around this one: DuckDB would take that one's "t.a" for a field of column t.
-  /// Whether there are any.
-  bool renameHiding(Source& source) const;
 };
 
 struct ColumnMatch {
@@ -95,5 +91,10 @@ const Source* findSource(const QueryScope& scope, std::string_view name);
 
 /// Adds a FROM item. Raises 1013 when its name is taken.
 void addSource(QueryScope& scope, Source source, Position position);
+
+/// Gives other names in DuckDB SQL to those columns of a FROM item that are called like an item
+/// of `around` or of the queries around that: DuckDB would take the item's "t.a" for a field of
+/// column t. Whether there are any.
+bool renameHiding(Source& source, const QueryScope* around);
 
 }  // namespace velmora::tsql
