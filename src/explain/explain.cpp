@@ -121,9 +121,8 @@ class Explainer {
       if (match.agrees()) match.reason.text.clear();
       all.push_back(std::move(match));
     }
-    std::stable_partition(all.begin(), all.end(), [](const Match& match) {
-      return match.reason.voucher.has_value();
-    });
+    std::stable_partition(all.begin(), all.end(),
+                          [](const Match& match) { return match.reason.voucher.has_value(); });
     return all;
   }
 
