@@ -8,6 +8,9 @@ namespace velmora::explain {
 
 namespace {
 
+/// A server may take the type of a union's or case's first amount for all: none is a bare 0.
+constexpr const char* kNothing = "cast(0 as decimal(28,4))";
+
 /// Where postings come from: the clauses of their query and the expressions of its columns.
 struct Source {
   std::string from, where;
@@ -45,7 +48,7 @@ class Sources {
       return fmt::format("case when l.FDC = 1 then l.FAmount{} else 0 end", form);
     };
     lines.credit = [](const char* form) {
-      return fmt::format("case when l.FDC = 1 then 0 else l.FAmount{} end", form);
+      return fmt::format("case when isnull(l.FDC,0) <> 1 then l.FAmount{} else 0 end", form);
     };
     lines.where = (posted ? "h.FPosted = 1" + sinceFirst("h")
                           : fmt::format("h.FPosted = 0 and h.FYear = {} and h.FPeriod = {}",
@@ -62,7 +65,7 @@ class Sources {
     balances.source = std::to_string(kInitialSource);
     balances.time = openingTime();
     balances.debit = [](const char* form) { return fmt::format("u.FBeginBalance{}", form); };
-    balances.credit = [](const char*) { return "0"; };
+    balances.credit = [](const char*) { return kNothing; };
     balances.where +=
         fmt::format(" and u.FYear = {} and u.FPeriod = {}", period.year, period.period);
     return balances;
@@ -90,7 +93,7 @@ class Sources {
       return fmt::format(
           "case when c.FType in (5,6,15,16) then -e.FAmount{0} else e.FAmount{0} end", form);
     };
-    data.credit = [](const char*) { return "0"; };
+    data.credit = [](const char*) { return kNothing; };
     data.where = documentCondition(data.account) + terms_.initialAccess.condition;
     return data;
   }
@@ -117,7 +120,8 @@ class Sources {
       return fmt::format("case when {} then {}{} else 0 end", raises, amount, form);
     };
     records.credit = [=](const char* form) {
-      return fmt::format("case when {} then 0 else {}{}{} end", raises, lowered, amount, form);
+      return fmt::format("case when not ({}) then {}{}{} else 0 end", raises, lowered, amount,
+                         form);
     };
     records.where = fmt::format("c.FStatus = 1 and c.FIsInit = 0 and c.FType {} (5,6){} and ",
                                 receipts ? "in" : "not in", sinceFirst("c")) +
@@ -305,8 +309,8 @@ class MeasureColumns {
     const std::string sign = source_.ledger ? movementSign() : "-";
     const bool owes = source_.ledger && scope_.receivables;
     return fmt::format("{} as FIn{}, {} as FOut{}, {}({} - {}) as FNet{}",
-                       source_.opening ? "0" : sign + (exchanged ? credit : debit), form,
-                       source_.opening ? "0" : sign + (exchanged ? debit : credit), form,
+                       source_.opening ? kNothing : sign + (exchanged ? credit : debit), form,
+                       source_.opening ? kNothing : sign + (exchanged ? debit : credit), form,
                        owes ? "" : "-", debit, credit, form);
   }
 
