@@ -13,6 +13,14 @@ bool contains(const std::vector<int>& values, int value) {
   return std::ranges::find(values, value) != values.end();
 }
 
+/// The one that is on `account`, else the first.
+const Document* best(const std::vector<const Document*>& documents, int account) {
+  if (documents.empty()) return nullptr;
+  const auto on = std::ranges::find_if(
+      documents, [&](const Document* one) { return contains(one->accounts, account); });
+  return on == documents.end() ? documents.front() : *on;
+}
+
 bool voucherAlone(const Gap& gap) {
   return gap.voucher != 0 && gap.documents == 0;
 }
@@ -45,9 +53,11 @@ Likeness opposite(const Gap& gap) {
 
 Recognition::Recognition(const PostingTerms& terms, const Findings& findings, Sentences& sentences)
     : terms_(terms), findings_(findings), sentences_(sentences) {
+  for (const auto& [key, document] : findings.documents)
+    if (document.voucher > 0) named_[{document.voucher, document.item}].push_back(&document);
   std::multimap<Likeness, const Gap*> documents, vouchers;
   for (const Gap& gap : findings.gaps) {
-    if (gap.voucher != 0) byVoucher_[gap.voucher].push_back(&gap);
+    if (gap.voucher != 0) byBalance_[{gap.voucher, gap.amounts.local.balance}].push_back(&gap);
     if (documentAlone(gap) && documentOf(gap) != nullptr) documents.emplace(likeness(gap), &gap);
   }
   const auto take = [](auto& from, const Gap& gap, auto fits) -> const Gap* {
@@ -98,27 +108,21 @@ const Document* Recognition::documentOf(const Gap& gap) const {
     const auto found = findings_.documents.find({gap.source, gap.document});
     return found == findings_.documents.end() ? nullptr : &found->second;
   }
-  const Voucher* voucher = voucherOf(gap);
-  if (voucher == nullptr) {
-    for (const auto& [key, document] : findings_.documents)
-      if (document.voucher == gap.voucher) return &document;
-    return nullptr;
-  }
-  // The document of the row itself, where it is among them.
-  const auto rank = [&](const Document* document) {
-    return (document->item == gap.row.item ? 2 : 0) +
-           (contains(document->accounts, gap.row.account) ? 1 : 0);
-  };
-  const auto best = std::ranges::max_element(voucher->documents, {}, rank);
-  return best == voucher->documents.end() ? nullptr : *best;
+  // Those of the row's contact, where there are any; a voucher may have very many.
+  const auto ofContact = named_.find({gap.voucher, gap.row.item});
+  if (ofContact != named_.end()) return best(ofContact->second, gap.row.account);
+  if (const Voucher* voucher = voucherOf(gap)) return best(voucher->documents, gap.row.account);
+  const auto any = named_.lower_bound({gap.voucher, 0});
+  const bool found = any != named_.end() && any->first.first == gap.voucher;
+  return found ? best(any->second, gap.row.account) : nullptr;
 }
 
 const Gap* Recognition::counterpart(const Gap& gap) const {
-  const auto same = byVoucher_.find(gap.voucher);
-  if (same == byVoucher_.end()) return nullptr;
-  for (const Gap* other : same->second)
-    if (other != &gap && other->amounts.local.balance == -gap.amounts.local.balance) return other;
-  return nullptr;
+  const auto same = byBalance_.find({gap.voucher, -gap.amounts.local.balance});
+  if (same == byBalance_.end()) return nullptr;
+  const auto other =
+      std::ranges::find_if(same->second, [&](const Gap* one) { return one != &gap; });
+  return other == same->second.end() ? nullptr : *other;
 }
 
 bool Recognition::isEstimate(const Gap& gap) const {

@@ -44,7 +44,8 @@ class Recognition {
   const PostingTerms& terms_;
   const Findings& findings_;
   Sentences& sentences_;
-  std::map<int, std::vector<const Gap*>> byVoucher_;
+  std::map<std::pair<int, Decimal>, std::vector<const Gap*>> byBalance_;  ///< of a voucher
+  std::map<std::pair<int, int>, std::vector<const Document*>> named_;     ///< by voucher and item
   std::map<const Gap*, const Gap*> together_, reversed_;
   std::map<int, std::string> accountNumbers_, itemNumbers_;
 };

@@ -59,12 +59,6 @@ bool differs(ado::Recordset& rows, const std::vector<Measure>& measures, bool fo
   });
 }
 
-/// `value` with at least `decimals` decimals and none of its digits lost.
-Decimal shown(const Decimal& value, int decimals) {
-  const Decimal exact = value.normalized();
-  return exact.rescaled(std::max(exact.scale(), decimals));
-}
-
 /// Amounts of the transaction currency are worth showing for a foreign currency, and
 /// where they alone differ.
 bool showsForeign(const Reconciliation& reconciliation) {
@@ -163,6 +157,11 @@ Json rowsJson(ado::Recordset& rows) {
 }
 
 }  // namespace
+
+Decimal shown(const Decimal& value, int decimals) {
+  const Decimal exact = value.normalized();
+  return exact.rescaled(std::max(exact.scale(), decimals));
+}
 
 ComparisonSummary summaryOf(const Reconciliation& reconciliation) {
   const auto measures = measuresOf(reconciliation.options.comparison);

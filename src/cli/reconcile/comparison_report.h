@@ -17,6 +17,9 @@ struct ComparisonSummary {
   std::string text;
 };
 
+/// `value` with at least `decimals` decimals and none of its digits lost.
+collections::Decimal shown(const collections::Decimal& value, int decimals);
+
 ComparisonSummary summaryOf(const Reconciliation& reconciliation);
 
 /// Leaves only the rows that differ in some column in view.

@@ -33,12 +33,6 @@ constexpr std::array kMeasures{
     NamedMeasure{"opening", &Measures::opening}, NamedMeasure{"debit", &Measures::debit},
     NamedMeasure{"credit", &Measures::credit}, NamedMeasure{"balance", &Measures::balance}};
 
-/// At least `decimals` decimals and no digit lost.
-Decimal shown(const Decimal& value, int decimals) {
-  const Decimal exact = value.normalized();
-  return exact.rescaled(std::max(exact.scale(), decimals));
-}
-
 /// Local currency; that of the documents where it alone differs or was asked for.
 std::string bothCurrencies(const Amounts& amounts, int decimals, bool withOriginal) {
   std::string text = amountsText(amounts.local, decimals);

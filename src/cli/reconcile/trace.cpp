@@ -51,9 +51,8 @@ TracedPeriod traced(const Session& session, ReconcileOptions options, Period per
   return one;
 }
 
-Decimal shown(const Decimal& value, const ComparedRow& row) {
-  const Decimal exact = value.normalized();
-  return exact.rescaled(std::max(exact.scale(), row.decimals));
+Decimal shownIn(const ComparedRow& row, const Decimal& value) {
+  return shown(value, row.decimals);
 }
 
 /// What came in: the difference at the end less that at the beginning.
@@ -74,9 +73,9 @@ ado::RecordsetRef periodRows(const Trace& trace) {
     lines.add(toString(period.period));
     for (const Measures* side : {&period.row.own.local, &period.row.ledger.local})
       for (const Decimal* amount : {&side->debit, &side->credit, &side->balance})
-        lines.add(shown(*amount, period.row));
-    lines.add(shown(period.row.difference().local.balance, period.row));
-    lines.add(shown(arose(period), period.row));
+        lines.add(shownIn(period.row, *amount));
+    lines.add(shownIn(period.row, period.row.difference().local.balance));
+    lines.add(shownIn(period.row, arose(period)));
   }
   return lines.finish();
 }
@@ -149,7 +148,7 @@ void writeTraceJson(std::ostream& out, const Trace& trace) {
     one["own"] = measuresJson(period.row.own.local, period.row.decimals);
     one["ledger"] = measuresJson(period.row.ledger.local, period.row.decimals);
     one["difference"] = measuresJson(period.row.difference().local, period.row.decimals);
-    one["arose"] = shown(arose(period), period.row).toString();
+    one["arose"] = shownIn(period.row, arose(period)).toString();
     one["reasons"] = Json::array();
     for (const RowReason& reason : period.reasons)
       one["reasons"].push_back(reasonJson(reason, period.row.decimals, false));
@@ -170,10 +169,8 @@ ado::RecordsetRef matchRows(const std::vector<explain::Match>& matches) {
     if (reason.documents > 1) document += fmt::format(" +{}", reason.documents - 1);
     lines.add(reason.voucher ? sentences.voucher(*reason.voucher) : "").add(document);
     lines.add(reason.document ? reason.document->date.toDateText() : "");
-    for (const Decimal& amount : {match.ledger, match.own, match.ledger - match.own}) {
-      const Decimal exact = amount.normalized();
-      lines.add(exact.rescaled(std::max(exact.scale(), 2)));
-    }
+    for (const Decimal& amount : {match.ledger, match.own, match.ledger - match.own})
+      lines.add(shown(amount, 2));
     lines.add(match.agrees() ? "" : explain::codeOf(reason.reason)).add(reason.text);
   }
   return lines.finish();
