@@ -4,6 +4,8 @@
 #include <functional>
 #include <vector>
 
+#include "common/sql_lines.h"
+
 namespace velmora::explain {
 
 namespace {
@@ -23,12 +25,6 @@ struct Source {
   bool ledger = false;
   bool opening = false;  ///< no movement of any period
 };
-
-std::string quoted(const std::string& text) {
-  std::string literal = "'";
-  for (const char c : text) literal.append(c == '\'' ? "''" : std::string(1, c));
-  return literal + "'";
-}
 
 class Sources {
  public:

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "common/access_requests.h"
+
 namespace velmora::explain {
 
 /// What holds a query to the rows that the caller's user may see: joins and a condition to be
@@ -12,17 +14,13 @@ struct RowAccess {
   bool restricts() const { return !condition.empty(); }
 };
 
-/// Columns of the table with alias c.
-struct AccessColumns {
-  const char *department, *employee, *contact, *currency;
-};
-
-inline constexpr AccessColumns kDocumentColumns{"FDepartment", "FEmployee", "FCustomer",
-                                                "FCurrencyID"};
-inline constexpr AccessColumns kInitialColumns{"FDepID", "FEmpID", "FComID", "FCurrencyID"};
+/// Of tables with alias c.
+inline constexpr DimensionColumns kDocumentColumns{"c", "FDepartment", "FEmployee", "FCustomer",
+                                                   "FCurrencyID"};
+inline constexpr DimensionColumns kInitialColumns{"c", "FDepID", "FEmpID", "FComID", "FCurrencyID"};
 
 /// Asks the suite's services as the user of `callerString`, as the comparison does; an empty
 /// string restricts nothing. Raises what they raise.
-RowAccess rowAccess(const std::string& callerString, const AccessColumns& columns);
+RowAccess rowAccess(const std::string& callerString, const DimensionColumns& columns);
 
 }  // namespace velmora::explain
