@@ -14,6 +14,16 @@ std::optional<collections::Decimal> tryNumber(const collections::Variant& value)
 /// Raises that `value` is no number; `where` names its row and column.
 [[noreturn]] void failNumber(const collections::Variant& value, const std::string& where);
 
+/// The number in `value` as tryNumber finds it; raises otherwise, `where()` naming its row
+/// and column.
+template <class Where>
+collections::Decimal numberIn(const collections::Variant& value, Where where) {
+  // Nearly every value is one, and settlement reads millions: it is not copied once more.
+  if (value.isNumeric()) return value.toDecimal();
+  if (const auto number = tryNumber(value)) return *number;
+  failNumber(value, where());
+}
+
 [[noreturn]] void failPlaces(const collections::Decimal& number, const std::string& where);
 
 /// `number` as a number of decimals; `where()` names its row and column when it is not

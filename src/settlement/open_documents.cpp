@@ -39,9 +39,7 @@ DocumentColumns::DocumentColumns(const ado::Recordset& rows, const Dictionary& f
 
 Decimal OpenDocument::number(DocumentField field) const {
   if (!has(field)) return 0;
-  const ado::Variant& value = current(column(field));
-  if (const auto number = tryNumber(value)) return *number;
-  failNumber(value, described(column(field)));
+  return numberIn(current(column(field)), [&] { return described(column(field)); });
 }
 
 int OpenDocument::places(DocumentField field) const {
@@ -50,7 +48,7 @@ int OpenDocument::places(DocumentField field) const {
 
 void OpenDocument::set(DocumentField field, const Decimal& value) {
   // Rounded to the column's decimals, documents and settlement rows would differ.
-  if (tryNumber(change(column(field), value)) != value)
+  if (numberIn(change(column(field), value), [&] { return described(column(field)); }) != value)
     throw com::Error(com::error::kAdoDataConversion, "clsPublic",
                      described(column(field)) + ": " + value.normalized().toString() +
                          " has more decimals than the column");
@@ -61,7 +59,7 @@ void OpenDocument::add(DocumentField field, const Decimal& change) {
 }
 
 void OpenDocument::update() {
-  for (const auto& [column, value] : changes_) rows_.SetConvertedValue(column, value);
+  rows_.SetConvertedValues(changes_);
   changes_.clear();
 }
 

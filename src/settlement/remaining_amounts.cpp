@@ -77,10 +77,11 @@ class RemainingAmounts::Row {
 
   const Variant& value(Key key) const { return row_.Item(positions_[key]); }
   Decimal number(Key key) const {
-    if (const auto number = tryNumber(value(key))) return *number;
-    failNumber(value(key), "rsChkInfo, row " + std::to_string(number_) + ", " + kKeys[key]);
+    return numberIn(value(key), [&] {
+      return "rsChkInfo, row " + std::to_string(number_) + ", " + kKeys[key];
+    });
   }
-  bool hasNumber(Key key) const { return tryNumber(value(key)).has_value(); }
+  bool hasNumber(Key key) const { return value(key).isNumeric() || tryNumber(value(key)); }
   void set(Key key, const Variant& number) { row_.SetItem(positions_[key], number); }
 
  private:

@@ -61,9 +61,7 @@ class Option {
                      name_ + ": " + key + " is empty; expected the name of a column");
   }
   Decimal numberOf(const char* key) const {
-    const Variant& value = dictionary_->Value(key);
-    if (const auto number = tryNumber(value)) return *number;
-    failNumber(value, name_ + ", " + key);
+    return numberIn(dictionary_->Value(key), [&] { return name_ + ", " + key; });
   }
 
   std::string name_;

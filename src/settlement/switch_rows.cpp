@@ -24,9 +24,7 @@ auto named(const std::string& where, Access access) {
 }  // namespace
 
 Decimal SwitchRows::number(const std::string& column) const {
-  const Variant found = value(column);
-  if (const auto number = tryNumber(found)) return *number;
-  failNumber(found, where(column));
+  return numberIn(value(column), [&] { return where(column); });
 }
 
 std::string SwitchRows::where(const std::string& column) const {

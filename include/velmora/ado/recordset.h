@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "velmora/ado/enums.h"
@@ -177,8 +178,8 @@ class Recordset final : public com::Object<com::IUnknown> {
   void SetValue(std::size_t field, const Variant& value);
   /// What SetValue would store, for who must know before anything changes; raises as it.
   Variant ConvertedValue(std::size_t field, const Variant& value) const;
-  /// Writes what ConvertedValue answered for this column, without converting it again.
-  void SetConvertedValue(std::size_t field, const Variant& value);
+  /// Writes what ConvertedValue answered, each with its column, without converting it again.
+  void SetConvertedValues(std::span<const std::pair<std::size_t, Variant>> values);
 
  private:
   friend class Fields;

@@ -288,7 +288,8 @@ std::span<const Variant> Recordset::GetRow() const {
 void Recordset::SetValue(std::size_t field, const Variant& value) {
   requireWritable();
   const std::size_t row = currentRow();
-  body_->store->setCell(row, field, convertToField(value, definition(field)));
+  const std::pair cell(field, convertToField(value, definition(field)));
+  body_->store->setCells(row, {&cell, 1});
 }
 
 Variant Recordset::ConvertedValue(std::size_t field, const Variant& value) const {
@@ -296,9 +297,9 @@ Variant Recordset::ConvertedValue(std::size_t field, const Variant& value) const
   return convertToField(value, definition(field));
 }
 
-void Recordset::SetConvertedValue(std::size_t field, const Variant& value) {
+void Recordset::SetConvertedValues(std::span<const std::pair<std::size_t, Variant>> values) {
   requireWritable();
-  body_->store->setCell(currentRow(), field, value);
+  body_->store->setCells(currentRow(), values);
 }
 
 // Columns

@@ -38,11 +38,16 @@ std::size_t RecordsetStore::fieldIndex(std::string_view name) const {
   return found->second;
 }
 
-void RecordsetStore::setCell(std::size_t row, std::size_t field, Variant value) {
-  rows_.cells[row * fields().size() + field] = std::move(value);
-  indexes_[field].cellChanged();
-  for (const auto& view : views_)
-    if (view->criteria().reads(field)) view->test(row, cellsOf(row).data());
+void RecordsetStore::setCells(std::size_t row,
+                              std::span<const std::pair<std::size_t, Variant>> values) {
+  for (const auto& [field, value] : values) {
+    rows_.cells[row * fields().size() + field] = value;
+    indexes_[field].cellChanged();
+  }
+  for (const auto& view : views_) {
+    const auto readsCell = [&](const auto& cell) { return view->criteria().reads(cell.first); };
+    if (std::ranges::any_of(values, readsCell)) view->test(row, cellsOf(row).data());
+  }
 }
 
 std::size_t RecordsetStore::addRow() {

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/ado/equality_index.h"
@@ -34,8 +35,8 @@ class RecordsetStore {
   }
   bool exists(std::size_t row) const noexcept { return views_.front()->rows().contains(row); }
 
-  /// Stores the value as it is; the views follow.
-  void setCell(std::size_t row, std::size_t field, Variant value);
+  /// Stores values, each with its column, as they are; the views follow.
+  void setCells(std::size_t row, std::span<const std::pair<std::size_t, Variant>> values);
   /// Appends a row of Nulls and returns its number.
   std::size_t addRow();
   void deleteRow(std::size_t row);
