@@ -1,6 +1,7 @@
 #include "cli/row_access.h"
 
 #include <limits>
+#include <ostream>
 
 #include "cli/failure.h"
 #include "cli/secrets.h"
@@ -36,6 +37,13 @@ std::string noRowAccessNote() {
   const auto reason = undecidedRowAccess();
   return reason ? "note: --no-row-access: these are the rows of all users; " + *reason
                 : "note: --no-row-access was not needed; row access was decided and applies";
+}
+
+void settleRowAccess(bool noRowAccess, std::ostream& err) {
+  if (noRowAccess)
+    err << noRowAccessNote() << '\n';
+  else
+    requireRowAccess();
 }
 
 }  // namespace velmora::cli

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <iosfwd>
 #include <optional>
 #include <string>
 
@@ -21,5 +22,8 @@ void requireRowAccess();
 
 /// What --no-row-access tells on standard error: whether it was needed, and why.
 std::string noRowAccessNote();
+
+/// One or the other, as `noRowAccess` asks.
+void settleRowAccess(bool noRowAccess, std::ostream& err);
 
 }  // namespace velmora::cli

@@ -75,6 +75,7 @@ class Explainer {
         std::max(12, number(connection, "select max(FPeriod) from t_PeriodDate"));
     terms_.first = firstPeriod(connection, scope);
     terms_.offsetsCount = offsetsCount(connection, scope.receivables);
+    terms_.hasSettlements = hasTable(connection, "t_rp_NewCheckInfo");
     terms_.access = rowAccess(scope.callerString, kDocumentColumns);
     terms_.initialAccess = rowAccess(scope.callerString, kInitialColumns);
     if (terms_.access.restricts())

@@ -36,11 +36,15 @@ struct DocumentRef {
   std::string number;
   int id = 0;
   collections::Date date;
-  Period period;  ///< in which it counts
+  Period period;        ///< in which it counts
+  int contactType = 0;  ///< FType of its contact record; 0 for a settlement
+  /// That it is, or that made its contact record (bad debt, transfer, returned bill); 0: none.
+  int settlement = 0;
 };
 
 struct VoucherRef {
   std::string word;
+  std::string ledgerWord;  ///< in simplified Chinese, as the closing check shows it
   int number = 0;
   Period period;
   int id = 0;
@@ -56,8 +60,11 @@ struct RowReason {
   Reason reason = Reason::unexplained;
   Amounts difference = {};  ///< its part of the row's difference
   std::optional<DocumentRef> document = {};
-  int documents = 0;  ///< how many there are; the first is told
+  int documents = 0;                               ///< how many there are; the first is told
+  std::vector<DocumentRef> furtherDocuments = {};  ///< the voucher's others of the row's contact
   std::optional<VoucherRef> voucher = {};
+  /// Document and voucher both stand alone; that they belong together is likely, no more.
+  bool probable = false;
   std::optional<OtherRow> other = {};
   std::string text = {};  ///< what an accountant would say, with what to do
 };

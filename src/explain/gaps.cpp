@@ -1,5 +1,6 @@
 #include "explain/gaps.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 
 namespace velmora::explain {
@@ -103,6 +104,12 @@ std::string contactKeys() {
       kContactSource, kVouchers);
 }
 
+/// A bad debt, a transfer or a returned bill.
+bool madeBySettlement(const std::pair<const std::pair<int, int>, Document>& document) {
+  const int type = document.second.ref.contactType;
+  return type >= 8 && type <= 10;
+}
+
 class Reader {
  public:
   Reader(ado::Connection& connection, const PostingTerms& terms)
@@ -147,6 +154,8 @@ class Reader {
     readLines();
     readContacts();
     readReceiptAccounts();
+    if (terms_.hasSettlements && std::ranges::any_of(found_.documents, madeBySettlement))
+      readSettlements();
     if (terms_.offsetsCount) readOffsets();
     if (terms_.access.restricts()) hideDocuments();
     for (auto& [key, document] : found_.documents)
@@ -157,7 +166,8 @@ class Reader {
 
   void readVouchers() {
     const std::string sql = fmt::format(
-        "select v.FVoucherID, isnull(g.{},''), v.FNumber, v.FYear, v.FPeriod, v.FPosted, "
+        "select v.FVoucherID, isnull(g.{},''), isnull(g.FName,''), v.FNumber, v.FYear, v.FPeriod, "
+        "v.FPosted, "
         "v.FInternalInd from {} inner join t_Voucher v on v.FVoucherID = k.FVoucherID left join "
         "t_VoucherGroup g on g.FGroupID = v.FGroupID",
         named("FName", terms_.scope.language), kVouchers);
@@ -165,6 +175,7 @@ class Reader {
       Voucher voucher;
       voucher.ref.id = cells.number();
       voucher.ref.word = cells.text();
+      voucher.ref.ledgerWord = cells.text();
       voucher.ref.number = cells.number();
       voucher.ref.period = cells.period();
       voucher.ref.posted = cells.number() != 0;
@@ -215,7 +226,7 @@ class Reader {
       Document document;
       document.source = kContactSource;
       document.ref.id = cells.number();
-      document.contactType = cells.number();
+      document.ref.contactType = cells.number();
       document.ref.type = cells.text();
       document.ref.number = cells.text();
       document.ref.date = cells.date();
@@ -225,10 +236,10 @@ class Reader {
       document.item = cells.number();
       document.currency = cells.number();
       const int account = cells.number();
-      if (document.contactType != 5 && document.contactType != 6)
+      if (document.ref.contactType != 5 && document.ref.contactType != 6)
         document.accounts.push_back(account);
       document.usualAccount = cells.number();
-      if (document.contactType == 3 || document.contactType == 4)
+      if (document.ref.contactType == 3 || document.ref.contactType == 4)
         document.business = cells.period();
       else
         cells.period();
@@ -249,6 +260,19 @@ class Reader {
     });
   }
 
+  /// The closing check names bad debts and transfers by their settlements.
+  void readSettlements() {
+    const std::string sql = fmt::format(
+        "select c.FID, max(n.FID) from {} inner join t_rp_Contact c on c.FID = x.FID inner join "
+        "t_rp_NewCheckInfo n on n.FContactID = c.FID where c.FType in (8,9,10) and c.FIsInit = 0 "
+        "group by c.FID",
+        contactKeys());
+    forEachRow(connection_, sql, [&](Cells& cells) {
+      const auto document = found_.documents.find({kContactSource, cells.number()});
+      if (document != found_.documents.end()) document->second.ref.settlement = cells.number();
+    });
+  }
+
   void readOffsets() {
     const std::string sql = fmt::format(
         "select c.FID, max(c.FExplanation), max(c.FCheckDate), max(p.FYear), max(p.FPeriod), "
@@ -264,6 +288,7 @@ class Reader {
       document.source = kSettlementSource;
       document.ref.id = cells.number();
       document.ref.type = cells.text();
+      document.ref.settlement = document.ref.id;
       document.ref.number = std::to_string(document.ref.id);
       document.ref.date = cells.date();
       document.ref.period = cells.period();

@@ -16,7 +16,7 @@ struct Gap {
   int voucher = 0;
   int source = 0, document = 0;  ///< without voucher
   int lines = 0, documents = 0;  ///< in this row
-  Decimal ledger, own;           ///< what either has of the period, signed, in local currency
+  Decimal ledger, own;           ///< what either has of the period; only with Sought::ofPeriod
   Amounts amounts;
 };
 
@@ -25,7 +25,6 @@ struct Document {
   DocumentRef ref;
   int source = 0;
   int voucher = 0;
-  int contactType = 0;  ///< FType of the contact record
   bool audited = true;
   bool hidden = false;  ///< row access keeps it from the user
   int item = 0, currency = 0;

@@ -133,12 +133,15 @@ class Sources {
         " inner join t_rp_NewCheckInfo c on c.FID = a.FID and c.FContactID = a.FContactID"
         " inner join t_PeriodDate p on c.FCheckDate >= p.FStartDate and c.FCheckDate <= "
         "p.FEndDate" +
-        itemJoin("c.FCustomer") +
-        " left join t_rp_ARPBill b on b.FBillID = c.FBillID"
-        " left join ICSale f on f.FInterID = c.FBillID"
-        " left join ICPurchase g on g.FInterID = c.FBillID"
-        " left join t_rp_BegData n on n.FInterID = c.FBillID"
-        " left join t_rp_ARBillOfSH d on d.FBillID = a.FBillID and d.FIndex = a.FEntryID";
+        itemJoin("c.FCustomer");
+    // The side as a whole has no accounts, which the documents would have to tell.
+    if (scope_.comparison != Comparison::closing)
+      entries.from +=
+          " left join t_rp_ARPBill b on b.FBillID = c.FBillID"
+          " left join ICSale f on f.FInterID = c.FBillID"
+          " left join ICPurchase g on g.FInterID = c.FBillID"
+          " left join t_rp_BegData n on n.FInterID = c.FBillID"
+          " left join t_rp_ARBillOfSH d on d.FBillID = a.FBillID and d.FIndex = a.FEntryID";
     entries.account =
         "isnull(case when a.FIsInit <> 0 then n.FAccountID when a.FType in (1,2) then b.FAccountID"
         " when a.FType = 3 then f.FCussentAcctID when a.FType = 4 then g.FCussentAcctID"
@@ -343,21 +346,30 @@ std::string postings(const Scope& scope, const std::vector<Source>& sources) {
   return query;
 }
 
-/// The four measures of one kind of currency, as sums over postings.
-struct Sums {
-  std::string opening, debit, credit, balance;
+// Sums over postings `f`, to be filled in by inBothCurrencies. Those of earlier periods, by far
+// the most, move the opening balance and the balance alike and nothing else: two sums a currency
+// are enough for them.
+constexpr std::string_view kEarlierSums =
+    "sum(f.FNet{1}) as FOpening{1}, {0} as FDebit{1}, {0} as FCredit{1}, "
+    "sum(f.FNet{1}) as FBalance{1}";
+constexpr std::string_view kPeriodSums =
+    "{0} as FOpening{1}, sum(f.FIn{1}) as FDebit{1}, sum(f.FOut{1}) as FCredit{1}, "
+    "sum(f.FNet{1}) as FBalance{1}";
+/// Of both together.
+constexpr std::string_view kSums =
+    "sum(g.FOpening{1}), sum(g.FDebit{1}), sum(g.FCredit{1}), sum(g.FBalance{1})";
 
-  Sums(int checked, const char* form)
-      : opening(fmt::format("sum(case when f.FTime < {} then f.FNet{} else 0 end)", checked, form)),
-        debit(fmt::format("sum(case when f.FTime = {} then f.FIn{} else 0 end)", checked, form)),
-        credit(fmt::format("sum(case when f.FTime = {} then f.FOut{} else 0 end)", checked, form)),
-        balance(fmt::format("sum(f.FNet{})", form)) {}
+constexpr std::string_view kEarlierGaps = "sum(f.FNet{1}) <> 0";
+constexpr std::string_view kPeriodGaps =
+    "sum(f.FIn{1}) <> 0 or sum(f.FOut{1}) <> 0 or sum(f.FNet{1}) <> 0";
+constexpr std::string_view kGaps =
+    "sum(g.FOpening{1}) <> 0 or sum(g.FDebit{1}) <> 0 or sum(g.FCredit{1}) <> 0 or "
+    "sum(g.FBalance{1}) <> 0";
 
-  std::string list() const { return opening + ",\n " + debit + ",\n " + credit + ",\n " + balance; }
-  std::string notZero() const {
-    return opening + " <> 0 or " + debit + " <> 0 or " + credit + " <> 0 or " + balance + " <> 0";
-  }
-};
+std::string inBothCurrencies(std::string_view columns, const char* separator) {
+  return fmt::format(fmt::runtime(columns), kNothing, "") + separator +
+         fmt::format(fmt::runtime(columns), kNothing, "For");
+}
 
 /// Movements by row and time, without sign.
 std::string movements(const Scope& scope, const Source& source, const char* sign) {
@@ -400,26 +412,53 @@ std::string insertGaps(const PostingTerms& terms, Sought sought) {
   const Sources sources(terms);
   std::vector<Source> all = sources.ledgerPostings();
   for (Source& document : sources.documents()) all.push_back(std::move(document));
-  const Sums local(terms.checked(), ""), original(terms.checked(), "For");
-  const std::string key =
-      "f.FVoucherID, f.FSource, f.FDocumentID, f.FAcctID, f.FItemID, f.FCurrencyID";
+  const bool gaps = sought == Sought::gaps;
+  const auto key = [](const char* alias) {
+    return fmt::format(
+        "{0}.FVoucherID, {0}.FSource, {0}.FDocumentID, {0}.FAcctID, {0}.FItemID, {0}.FCurrencyID",
+        alias);
+  };
+  // What each side has of the period is told of all its postings alone.
+  const std::string sides = gaps
+                                ? fmt::format("{0} as FLedger, {0} as FOwn", kNothing)
+                                : "sum(case when f.FLines = 1 then f.FNet else 0 end) as FLedger, "
+                                  "sum(case when f.FDocuments = 1 then -f.FNet else 0 end) as FOwn";
   return fmt::format(
-      "insert into #ExplainGap\nselect {0}, sum(f.FLines), sum(f.FDocuments),\n"
-      " sum(case when f.FTime = {1} and f.FLines = 1 then f.FNet else 0 end),\n"
-      " sum(case when f.FTime = {1} and f.FDocuments = 1 then -f.FNet else 0 end),\n {2},\n {3}\n"
-      "from (\n{4}\n) f\ngroup by {0}\nhaving {5}",
-      key, terms.checked(), local.list(), original.list(), postings(terms.scope, all),
-      sought == Sought::gaps
-          ? local.notZero() + " or " + original.notZero()
-          : fmt::format("sum(case when f.FTime = {} then 1 else 0 end) > 0", terms.checked()));
+      "insert into #ExplainGap\n"
+      "select {gkey}, sum(g.FLines), sum(g.FDocuments), sum(g.FLedger), sum(g.FOwn),\n {sums}\n"
+      "from (\n"
+      "select {fkey}, sum(f.FLines) as FLines, sum(f.FDocuments) as FDocuments,\n"
+      " {nothing} as FLedger, {nothing} as FOwn, 0 as FOfPeriod,\n {earlierSums}\n"
+      "from (\n{postings}\n) f where f.FTime < {checked}\n"
+      "group by {fkey}\nhaving {earlierGaps}\n"
+      "union all\n"
+      "select {fkey}, sum(f.FLines), sum(f.FDocuments),\n {sides}, 1,\n {periodSums}\n"
+      "from (\n{postings}\n) f where f.FTime = {checked}\n"
+      "group by {fkey}{periodGaps}\n"
+      ") g\ngroup by {gkey}\nhaving {having}",
+      fmt::arg("gkey", key("g")), fmt::arg("fkey", key("f")), fmt::arg("nothing", kNothing),
+      fmt::arg("sums", inBothCurrencies(kSums, ",\n ")),
+      fmt::arg("earlierSums", inBothCurrencies(kEarlierSums, ",\n ")),
+      fmt::arg("periodSums", inBothCurrencies(kPeriodSums, ",\n ")), fmt::arg("sides", sides),
+      fmt::arg("postings", postings(terms.scope, all)), fmt::arg("checked", terms.checked()),
+      fmt::arg("earlierGaps", inBothCurrencies(kEarlierGaps, " or ")),
+      fmt::arg("periodGaps",
+               gaps ? "\nhaving " + inBothCurrencies(kPeriodGaps, " or ") : std::string()),
+      fmt::arg("having", gaps ? inBothCurrencies(kGaps, " or ") : "max(g.FOfPeriod) = 1"));
 }
 
 std::string ledgerSums(const PostingTerms& terms) {
-  const Sums local(terms.checked(), ""), original(terms.checked(), "For");
+  const std::string ledger = postings(terms.scope, Sources(terms).ledgerPostings());
+  const auto part = [&](std::string_view sums, const char* compare) {
+    return fmt::format(
+        "select f.FAcctID, f.FItemID, f.FCurrencyID,\n {}\nfrom (\n{}\n) f where f.FTime {} {}\n"
+        "group by f.FAcctID, f.FItemID, f.FCurrencyID",
+        inBothCurrencies(sums, ",\n "), ledger, compare, terms.checked());
+  };
   return fmt::format(
-      "select f.FAcctID, f.FItemID, f.FCurrencyID,\n {},\n {}\nfrom (\n{}\n) f\n"
-      "group by f.FAcctID, f.FItemID, f.FCurrencyID",
-      local.list(), original.list(), postings(terms.scope, Sources(terms).ledgerPostings()));
+      "select g.FAcctID, g.FItemID, g.FCurrencyID,\n {}\nfrom (\n{}\nunion all\n{}\n) g\n"
+      "group by g.FAcctID, g.FItemID, g.FCurrencyID",
+      inBothCurrencies(kSums, ",\n "), part(kEarlierSums, "<"), part(kPeriodSums, "="));
 }
 
 std::string contactBalanceGaps(const PostingTerms& terms) {

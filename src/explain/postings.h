@@ -29,6 +29,7 @@ struct PostingTerms {
   Period first;
   /// Offsets of advances move amounts of their own: they have vouchers.
   bool offsetsCount = true;
+  bool hasSettlements = true;  ///< whether the account set has their table
   /// Of documents, and of initial data.
   RowAccess access, initialAccess;
 

@@ -103,15 +103,23 @@ const Voucher* Recognition::voucherOf(const Gap& gap) const {
   return found == findings_.vouchers.end() ? nullptr : &found->second;
 }
 
+/// Those of the row's contact, where there are any; a voucher may have very many.
+const std::vector<const Document*>& Recognition::documentsOf(const Gap& gap) const {
+  static const std::vector<const Document*> none;
+  const auto ofContact = named_.find({gap.voucher, gap.row.item});
+  if (ofContact != named_.end()) return ofContact->second;
+  const Voucher* voucher = voucherOf(gap);
+  return voucher == nullptr ? none : voucher->documents;
+}
+
 const Document* Recognition::documentOf(const Gap& gap) const {
   if (gap.voucher == 0) {
     const auto found = findings_.documents.find({gap.source, gap.document});
     return found == findings_.documents.end() ? nullptr : &found->second;
   }
-  // Those of the row's contact, where there are any; a voucher may have very many.
-  const auto ofContact = named_.find({gap.voucher, gap.row.item});
-  if (ofContact != named_.end()) return best(ofContact->second, gap.row.account);
-  if (const Voucher* voucher = voucherOf(gap)) return best(voucher->documents, gap.row.account);
+  if (const auto& documents = documentsOf(gap); !documents.empty())
+    return best(documents, gap.row.account);
+  if (voucherOf(gap) != nullptr) return nullptr;
   const auto any = named_.lower_bound({gap.voucher, 0});
   const bool found = any != named_.end() && any->first.first == gap.voucher;
   return found ? best(any->second, gap.row.account) : nullptr;
@@ -149,14 +157,16 @@ RowReason Recognition::of(const Gap& gap, int decimals) {
   if (document != nullptr) {
     told.document = document->ref;
     told.documents = 1;
-    if (document->contactType == kBadDebt) told.document->type = sentences_.of("坏账");
-    if (document->contactType == kTransfer) told.document->type = sentences_.of("转账");
-    if (document->contactType == kReturnedBill) told.document->type = sentences_.of("退票");
+    if (document->ref.contactType == kBadDebt) told.document->type = sentences_.of("坏账");
+    if (document->ref.contactType == kTransfer) told.document->type = sentences_.of("转账");
+    if (document->ref.contactType == kReturnedBill) told.document->type = sentences_.of("退票");
   }
   const Voucher* voucher = voucherOf(gap);
   if (voucher != nullptr) {
     told.voucher = voucher->ref;
     told.documents = static_cast<int>(voucher->documents.size());
+    for (const Document* other : documentsOf(gap))
+      if (other != document && !other->hidden) told.furtherDocuments.push_back(other->ref);
   }
   if (gap.source == kInitialSource) {
     told.reason = Reason::initialData;
@@ -182,7 +192,7 @@ void Recognition::tellDocumentAlone(const Gap& gap, RowReason& told) {
     return;
   }
   const bool offset = gap.source == kSettlementSource;
-  const int type = document->contactType;
+  const int type = document->ref.contactType;
   told.reason = offset                                      ? Reason::offsetWithoutVoucher
                 : type >= kBadDebt && type <= kReturnedBill ? Reason::transferWithoutVoucher
                                                             : Reason::noVoucher;
@@ -221,6 +231,7 @@ void Recognition::tellTogether(const Gap& gap, RowReason& told) {
   const auto found = together_.find(&gap);
   if (found == together_.end()) return;
   const Gap& other = *found->second;
+  told.probable = true;
   if (documentAlone(other)) {
     told.document = documentOf(other)->ref;
     told.documents = 1;
@@ -371,7 +382,13 @@ void Recognition::tellOtherRow(const Gap& gap, RowReason& told) {
   const Gap* other = counterpart(gap);
   if (other == nullptr) return;
   told.other = OtherRow{accountNumber(other->row.account), itemNumber(other->row.item)};
-  told.text += sentences_.of("另见科目 %1 往来单位 %2。", {told.other->account, told.other->item});
+  const auto& [account, item] = *told.other;
+  if (account.empty())
+    told.text += sentences_.of("另见往来单位 %1。", {item});
+  else if (item.empty())
+    told.text += sentences_.of("另见科目 %1。", {account});
+  else
+    told.text += sentences_.of("另见科目 %1 往来单位 %2。", {account, item});
 }
 
 void Recognition::tellCarriedForward(const Gap& gap, RowReason& told) {

@@ -18,6 +18,7 @@ class Recognition {
 
  private:
   const Voucher* voucherOf(const Gap& gap) const;
+  const std::vector<const Document*>& documentsOf(const Gap& gap) const;
   const Document* documentOf(const Gap& gap) const;
   bool mayNotBeShown(const Document* document) const;
   /// The other row that the voucher, or its documents, show in.

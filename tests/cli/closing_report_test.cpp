@@ -50,7 +50,7 @@ TEST(ClosingReport, SaysSoWhenThereIsNothing) {
 }
 
 TEST(ClosingReport, WritesTheResultSetAsCsv) {
-  EXPECT_EQ(written(writeReportCsv, blockedReport()),
+  EXPECT_EQ(written([](auto& out, const auto& r) { writeReportCsv(out, r); }, blockedReport()),
             "FID,FChkItem,FChkType,FChkInfo\r\n"
             "1,单据审核检查,严重错误,应收单[AR0001]:单据没有审核\r\n"
             "2,单据审核检查,严重错误,应收单[AR0002]:单据没有审核\r\n"
@@ -61,7 +61,7 @@ TEST(ClosingReport, WritesJsonWithTotals) {
   ClosingReport report = blockedReport();
   report.findings.pop_back();
   report.findings.pop_back();
-  EXPECT_EQ(written(writeReportJson, report),
+  EXPECT_EQ(written([](auto& out, const auto& r) { writeReportJson(out, r); }, report),
             R"({"side":"ar","year":2009,"period":3,"mayClose":false,"seriousErrors":1,)"
             R"("warnings":0,"items":[{"item":"单据审核检查","severity":"严重错误","serious":true,)"
             R"("findings":1}],"findings":[{"id":1,"item":"单据审核检查","severity":"严重错误",)"

@@ -4,7 +4,9 @@
 #include <string>
 
 #include "cli/account_set.h"
+#include "cli/closing/finding_reasons.h"
 #include "cli/findings/findings.h"
+#include "cli/reconcile/reconciliation.h"
 
 namespace velmora::cli {
 
@@ -20,11 +22,24 @@ struct ClosingReport {
   std::string verdict() const;
 };
 
-/// Findings grouped by check item, the totals, and the verdict.
-void writeReport(std::ostream& out, const ClosingReport& report, const Style& style);
-/// One line a finding: FID, FChkItem, FChkType, FChkInfo.
-void writeReportCsv(std::ostream& out, const ClosingReport& report);
-/// {"side","year","period","mayClose","seriousErrors","warnings","items":[...],"findings":[...]}.
-void writeReportJson(std::ostream& out, const ClosingReport& report);
+/// What the findings have to do with the comparison with the ledger.
+struct ExplainedFindings {
+  const Reconciliation& comparison;
+  const explain::Explanation& explanation;
+  const FindingReasons& reasons;
+};
+
+/// Findings grouped by check item, the totals, and the verdict. Explained: below each finding
+/// what it moves in which row of the comparison.
+void writeReport(std::ostream& out, const ClosingReport& report, const Style& style,
+                 const ExplainedFindings* explained = nullptr);
+/// One line a finding: FID, FChkItem, FChkType, FChkInfo; explained: FOpening, FDebit, FCredit,
+/// FBalance over all rows, empty where that cannot be told, and the reasons.
+void writeReportCsv(std::ostream& out, const ClosingReport& report,
+                    const ExplainedFindings* explained = nullptr);
+/// {"side","year","period","mayClose","seriousErrors","warnings","items":[...],"findings":[...]};
+/// explained: each finding's "difference" and "reasons", "comparison" and "explained".
+void writeReportJson(std::ostream& out, const ClosingReport& report,
+                     const ExplainedFindings* explained = nullptr);
 
 }  // namespace velmora::cli

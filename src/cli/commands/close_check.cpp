@@ -6,6 +6,8 @@
 #include "cli/component.h"
 #include "cli/failure.h"
 #include "cli/options.h"
+#include "cli/reconcile/explained.h"
+#include "cli/row_access.h"
 
 namespace velmora::cli {
 
@@ -15,7 +17,7 @@ struct Options {
   AccountSetOptions accountSet;
   Format format = Format::table;
   int year = 0, period = 0;
-  bool showAll = false, showSql = false;
+  bool showAll = false, showSql = false, explain = false, noRowAccess = false;
   std::vector<std::string> accounts;
 };
 
@@ -42,15 +44,34 @@ CheckProgress progressOn(ProgressLine& line) {
   };
 }
 
-void writeResult(std::ostream& out, const ClosingReport& report, Format format) {
+void writeResult(std::ostream& out, const ClosingReport& report, Format format,
+                 const ExplainedFindings* explained = nullptr) {
   switch (format) {
     case Format::table:
-      return writeReport(out, report, Style::forOutput());
+      return writeReport(out, report, Style::forOutput(), explained);
     case Format::csv:
-      return writeReportCsv(out, report);
+      return writeReportCsv(out, report, explained);
     case Format::json:
-      return writeReportJson(out, report);
+      return writeReportJson(out, report, explained);
   }
+}
+
+/// What the findings move in the comparison of the period, account by account.
+void explainResult(Streams& streams, const Session& session, const ClosingReport& report,
+                   const Options& options, ProgressLine& line) {
+  if (errorIsTerminal()) line.show("comparison with the ledger");
+  ReconcileOptions asked;
+  asked.receivables = report.receivables;
+  asked.period = report.period;
+  asked.accounts = options.accounts;
+  const Reconciliation comparison = reconcile(session, asked);
+  line.clear();
+  settleRowAccess(options.noRowAccess, streams.err);
+  const explain::Explanation explanation = explained(session, comparison);
+  for (const std::string& note : explanation.notes) streams.err << "note: " << note << '\n';
+  const FindingReasons reasons(report.findings, explanation, session.language());
+  const ExplainedFindings explainedFindings{comparison, explanation, reasons};
+  writeResult(streams.out, report, options.format, &explainedFindings);
 }
 
 int closeCheck(const Options& options, Streams& streams) {
@@ -62,7 +83,10 @@ int closeCheck(const Options& options, Streams& streams) {
   ProgressLine line(streams.err, true);
   const ClosingReport report = runClosingCheck(session, closing, progressOn(line));
   line.clear();
-  writeResult(streams.out, report, options.format);
+  if (options.explain)
+    explainResult(streams, session, report, options, line);
+  else
+    writeResult(streams.out, report, options.format);
   if (options.format != Format::table) streams.err << report.verdict() << '\n';
   return report.mayClose ? kOk : kBlocked;
 }
@@ -78,6 +102,7 @@ void addCloseCheck(CLI::App& program, Run& chosen) {
       "  velmora close-check --db demo.db --lang EN\n"
       "  velmora close-check --db demo.db --side ap --year 2009 --period 3 --show-all\n"
       "  velmora close-check --db demo.db --accounts 1122,2203 --format csv >findings.csv\n"
+      "  velmora close-check --db demo.db --explain\n"
       "\n"
       "Exit status 1: serious errors were found, the period may not be closed.");
   addConnectionOptions(*command, options->accountSet);
@@ -100,6 +125,11 @@ void addCloseCheck(CLI::App& program, Run& chosen) {
       ->option_text("NUMBER,...")
       ->delimiter(',')
       ->allow_extra_args(false);
+  auto* explain = command->add_flag(
+      "--explain", options->explain,
+      "By how much each finding moves the comparison with the ledger (reconcile period)");
+  addRowAccessOptions(*command, options->accountSet, options->noRowAccess);
+  command->get_option("--no-row-access")->needs(explain);
   addLanguageOption(*command, options->accountSet);
   addFormatOption(*command, options->format);
   command->add_flag("--show-sql", options->showSql, "Print each check's query on standard error");

@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <fmt/format.h>
 #include <ostream>
 
+#include "cli/closing/closing_check.h"
+#include "cli/closing/finding_reasons.h"
 #include "cli/commands/commands.h"
 #include "cli/component.h"
 #include "cli/failure.h"
@@ -62,22 +65,48 @@ void writeResult(Streams& streams, const Reconciliation& reconciliation,
   streams.err << verdict << '\n';
 }
 
+/// The closing check of the compared period, for the reasons to name its items. Books that it
+/// cannot check are explained all the same.
+std::optional<FindingReasons> closingChecks(const Session& session,
+                                            const Reconciliation& reconciliation,
+                                            const explain::Explanation& explanation,
+                                            std::ostream& err) {
+  const ReconcileOptions& compared = reconciliation.options;
+  const bool reasons = std::ranges::any_of(
+      explanation.rows, [](const explain::ExplainedRow& row) { return !row.reasons.empty(); });
+  if (compared.comparison == Comparison::initial || !reasons) return std::nullopt;
+  ClosingOptions closing;
+  closing.receivables = compared.receivables;
+  closing.period = compared.period;
+  closing.accountIds = reconciliation.filter->Value("AcctList").toText();
+  try {
+    const ClosingReport report = runClosingCheck(session, closing, {});
+    return FindingReasons(report.findings, explanation, session.language());
+  } catch (const Failure& failure) {
+    err << "note: the reasons do not name items of the closing check: " << failure.what() << '\n';
+    return std::nullopt;
+  }
+}
+
 void writeExplanation(Streams& streams, const Session& session,
                       const Reconciliation& reconciliation, const ComparisonSummary& summary,
                       const Options& options) {
   const explain::Explanation explanation = explained(session, reconciliation);
   for (const std::string& note : explanation.notes) streams.err << "note: " << note << '\n';
+  const auto checks = closingChecks(session, reconciliation, explanation, streams.err);
+  ExplainedForm form = options.form;
+  if (checks) form.checks = &*checks;
   const std::string verdict = title(reconciliation) + ": " + summary.text + ".";
   if (options.format == Format::table) {
     const Style style = Style::forOutput();
-    writeExplained(streams.out, reconciliation, explanation, options.form, style);
+    writeExplained(streams.out, reconciliation, explanation, form, style);
     streams.out << (summary.differing == 0 ? style.good(verdict) : style.serious(verdict)) << '\n';
     return;
   }
   if (options.format == Format::csv)
-    writeExplainedCsv(streams.out, reconciliation, explanation, options.form);
+    writeExplainedCsv(streams.out, reconciliation, explanation, form);
   else
-    writeExplainedJson(streams.out, reconciliation, summary, explanation, options.form);
+    writeExplainedJson(streams.out, reconciliation, summary, explanation, form);
   streams.err << verdict << '\n';
 }
 
@@ -104,10 +133,7 @@ int runReconcile(const Options& options, Streams& streams) {
   asked.receivables = options.accountSet.receivables;
   narrow(asked, options);
   Reconciliation reconciliation = reconcile(session, asked);
-  if (options.noRowAccess)
-    streams.err << noRowAccessNote() << '\n';
-  else
-    requireRowAccess();
+  settleRowAccess(options.noRowAccess, streams.err);
   if (options.showSql) writeStatements(streams.err, *reconciliation.filter);
   if ((asked.estimates || asked.outsourcing) && reconciliation.currency.id > 1)
     streams.err << "note: estimates are kept in local currency; they do not count here\n";

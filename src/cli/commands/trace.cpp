@@ -46,18 +46,11 @@ ReconcileOptions asked(const Options& options) {
   return asked;
 }
 
-void settleRowAccess(const Options& options, Streams& streams) {
-  if (options.noRowAccess)
-    streams.err << noRowAccessNote() << '\n';
-  else
-    requireRowAccess();
-}
-
 int writeMatches(const Options& options, const Session& session, ReconcileOptions wanted,
                  Streams& streams) {
   wanted.period = parsePeriod("--period", options.period);
   const Reconciliation compared = reconcile(session, wanted);
-  settleRowAccess(options, streams);
+  settleRowAccess(options.noRowAccess, streams.err);
   const auto matches = matched(session, compared);
   const auto rows = matchRows(matches);
   const auto differing = static_cast<std::size_t>(
@@ -88,7 +81,7 @@ int runTrace(const Options& options, Streams& streams) {
   const Period since = options.since.empty() ? firstPeriod(connection, wanted.receivables)
                                              : parsePeriod("--since", options.since);
   const Trace found = trace(session, wanted, since);
-  settleRowAccess(options, streams);
+  settleRowAccess(options.noRowAccess, streams.err);
   if (options.format == Format::table)
     writeTrace(streams.out, found, Style::forOutput());
   else if (options.format == Format::csv)

@@ -35,8 +35,11 @@ void writeGroup(std::ostream& out, Group group, const Style& style) {
       << (first.severity == Severity::serious ? style.serious(severity) : style.warning(severity))
       << '\n';
   const auto width = std::to_string(group.back().id).size();
-  for (const Finding& finding : group)
+  for (const Finding& finding : group) {
     out << fmt::format("  {:>{}}  {}\n", finding.id, width, singleLine(finding.message));
+    for (const std::string& remark : finding.remarks)
+      out << fmt::format("  {:>{}}    {}\n", "", width, singleLine(remark));
+  }
   out << '\n';
 }
 

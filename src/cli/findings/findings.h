@@ -19,6 +19,7 @@ struct Finding {
   std::string severityText;  ///< in the findings' language
   std::string message;
   Severity severity = Severity::warning;
+  std::vector<std::string> remarks = {};  ///< lines below it in a report to read
 };
 
 using Findings = std::vector<Finding>;

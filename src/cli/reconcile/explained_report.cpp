@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <map>
 #include <ostream>
 
@@ -32,15 +33,6 @@ struct NamedMeasure {
 constexpr std::array kMeasures{
     NamedMeasure{"opening", &Measures::opening}, NamedMeasure{"debit", &Measures::debit},
     NamedMeasure{"credit", &Measures::credit}, NamedMeasure{"balance", &Measures::balance}};
-
-/// Local currency; that of the documents where it alone differs or was asked for.
-std::string bothCurrencies(const Amounts& amounts, int decimals, bool withOriginal) {
-  std::string text = amountsText(amounts.local, decimals);
-  if (withOriginal || text.empty())
-    if (const std::string original = amountsText(amounts.original, decimals); !original.empty())
-      text += (text.empty() ? "" : "; ") + ("in its currency " + original);
-  return text;
-}
 
 bool showsOriginal(const Reconciliation& reconciliation) {
   return reconciliation.currency.id != 0 || reconciliation.options.byCurrency;
@@ -79,15 +71,28 @@ std::string nameOf(Reason reason, explain::Sentences& sentences) {
   return sentences.of(explain::nameOf(reason));
 }
 
+/// The check items whose findings are about the same document.
+std::vector<std::string> checksOf(const RowReason& reason, const ExplainedForm& form) {
+  return form.checks == nullptr ? std::vector<std::string>() : form.checks->checksOf(reason);
+}
+
+/// "no-voucher; Document voucher check".
+std::vector<std::string> namesOf(const RowReason& reason, const ExplainedForm& form) {
+  std::vector<std::string> names = checksOf(reason, form);
+  names.insert(names.begin(), std::string(explain::codeOf(reason.reason)));
+  return names;
+}
+
 void writeRow(std::ostream& out, const ExplainedRow& row, const Reconciliation& reconciliation,
-              const Style& style) {
+              const ExplainedForm& form, const Style& style) {
   const bool original = showsOriginal(reconciliation);
   const std::string amounts = bothCurrencies(row.row.difference(), row.row.decimals, original);
   out << style.heading(rowTitle(row.row, reconciliation)) << ": "
       << (amounts.empty() ? "agrees" : amounts) << '\n';
   for (const RowReason& reason : row.reasons)
     out << "  " << bothCurrencies(reason.difference, row.row.decimals, original) << "\n    "
-        << singleLine(reason.text) << " [" << explain::codeOf(reason.reason) << "]\n";
+        << singleLine(reason.text) << " ["
+        << fmt::format("{}", fmt::join(namesOf(reason, form), "; ")) << "]\n";
 }
 
 void writeTotals(std::ostream& out, const Explanation& explanation, explain::Sentences& sentences,
@@ -137,7 +142,8 @@ void addDifference(Json& json, const Amounts& amounts, int decimals, bool withOr
   if (withOriginal) json["differenceFor"] = measuresJson(amounts.original, decimals);
 }
 
-Json rowJson(const ExplainedRow& row, const Reconciliation& reconciliation) {
+Json rowJson(const ExplainedRow& row, const Reconciliation& reconciliation,
+             const ExplainedForm& form) {
   const bool original = showsOriginal(reconciliation);
   Json json;
   json["account"] = row.row.key.account == 0 ? Json() : Json(row.row.accountNumber);
@@ -145,8 +151,11 @@ Json rowJson(const ExplainedRow& row, const Reconciliation& reconciliation) {
   json["currency"] = row.row.currency;
   addDifference(json, row.row.difference(), row.row.decimals, original);
   json["reasons"] = Json::array();
-  for (const RowReason& reason : row.reasons)
-    json["reasons"].push_back(reasonJson(reason, row.row.decimals, original));
+  for (const RowReason& reason : row.reasons) {
+    Json told = reasonJson(reason, row.row.decimals, original);
+    if (form.checks != nullptr) told["checks"] = checksOf(reason, form);
+    json["reasons"].push_back(std::move(told));
+  }
   return json;
 }
 
@@ -158,6 +167,14 @@ std::string amountsText(const Measures& measures, int decimals) {
     if (!(measures.*amount).isZero())
       text += fmt::format("{}{} {}", text.empty() ? "" : ", ", name,
                           shown(measures.*amount, decimals).toString());
+  return text;
+}
+
+std::string bothCurrencies(const Amounts& amounts, int decimals, bool withOriginal) {
+  std::string text = amountsText(amounts.local, decimals);
+  if (withOriginal || text.empty())
+    if (const std::string original = amountsText(amounts.original, decimals); !original.empty())
+      text += (text.empty() ? "" : "; ") + ("in its currency " + original);
   return text;
 }
 
@@ -188,7 +205,7 @@ void writeExplained(std::ostream& out, const Reconciliation& reconciliation,
       if (!row.reasons.empty()) ++cancelled;
       continue;
     }
-    if (!form.onlyReasons) writeRow(out, row, reconciliation, style);
+    if (!form.onlyReasons) writeRow(out, row, reconciliation, form, style);
   }
   explain::Sentences sentences(reconciliation.filter->Value("strLanguage").toText());
   writeTotals(out, explanation, sentences, style);
@@ -205,8 +222,8 @@ void writeExplainedCsv(std::ostream& out, const Reconciliation& reconciliation,
   for (const auto& [name, amount] : kMeasures) lines.amountColumn(name);
   if (original)
     for (const auto& [name, amount] : kMeasures) lines.amountColumn(std::string(name) + "For");
-  for (const char* column :
-       {"documentType", "document", "documentDate", "voucher", "voucherPeriod", "posted", "text"})
+  for (const char* column : {"documentType", "document", "documentDate", "voucher", "voucherPeriod",
+                             "posted", "text", "checks"})
     lines.textColumn(column);
   const explain::Sentences sentences("chs");
   for (const ExplainedRow& row : explanation.rows) {
@@ -226,6 +243,7 @@ void writeExplainedCsv(std::ostream& out, const Reconciliation& reconciliation,
       lines.add(voucher ? sentences.voucher(*voucher) : "");
       lines.add(voucher ? explain::textOf(voucher->period) : "");
       lines.add(!voucher ? "" : voucher->posted ? "1" : "0").add(reason.text);
+      lines.add(fmt::format("{}", fmt::join(checksOf(reason, form), "; ")));
     }
   }
   writeCsv(out, *lines.finish());
@@ -239,7 +257,7 @@ void writeExplainedJson(std::ostream& out, const Reconciliation& reconciliation,
   if (!form.onlyReasons) {
     json["rows"] = Json::array();
     for (const ExplainedRow& row : explanation.rows)
-      if (isShown(row, form)) json["rows"].push_back(rowJson(row, reconciliation));
+      if (isShown(row, form)) json["rows"].push_back(rowJson(row, reconciliation, form));
   }
   json["totals"] = Json::array();
   for (const auto& [reason, total] : totalsOf(explanation)) {

@@ -2,6 +2,7 @@
 
 #include <iosfwd>
 
+#include "cli/closing/finding_reasons.h"
 #include "cli/reconcile/comparison_report.h"
 #include "explain/explanation.h"
 
@@ -11,10 +12,16 @@ namespace velmora::cli {
 struct ExplainedForm {
   bool all = false;          ///< also rows that agree
   bool onlyReasons = false;  ///< totals by reason alone
+  /// The closing check of the period, whose items the reasons name; nothing: it was not run.
+  const FindingReasons* checks = nullptr;
 };
 
 /// "debit -5.00, balance -5.00": the measures that are not zero.
 std::string amountsText(const explain::Measures& measures, int decimals);
+
+/// amountsText in local currency; that of the documents too where it alone differs or
+/// `withOriginal` asks for it.
+std::string bothCurrencies(const explain::Amounts& amounts, int decimals, bool withOriginal);
 
 /// {"opening","debit","credit","balance"}, texts.
 Json measuresJson(const explain::Measures& measures, int decimals);
