@@ -23,10 +23,9 @@ bool hasTable(ado::Connection& connection, const char* table) {
 
 void requireTables(ado::Connection& connection) {
   std::string missing;
-  for (const char* table :
-       {"t_rp_Contact", "t_rp_ContactBal", "t_rp_ARBillOfSH", "t_rp_ARPBill", "t_rp_NewReceiveBill",
-        "t_rp_BegData", "t_rp_BegDataEntry", "ICSale", "ICPurchase", "t_Balance", "t_Voucher",
-        "t_VoucherEntry", "t_VoucherGroup", "t_ItemDetailV", "t_rp_BillType"})
+  for (const char* table : {"t_rp_Contact", "t_rp_ContactBal", "t_rp_ARBillOfSH", "t_rp_ARPBill",
+                            "t_rp_NewReceiveBill", "t_rp_BegData", "t_rp_BegDataEntry", "t_Balance",
+                            "t_Voucher", "t_VoucherEntry", "t_VoucherGroup", "t_ItemDetailV"})
     if (!hasTable(connection, table)) missing.append(missing.empty() ? "" : ", ").append(table);
   if (!missing.empty())
     throw com::Error(
@@ -76,17 +75,19 @@ class Explainer {
     terms_.first = firstPeriod(connection, scope);
     terms_.offsetsCount = offsetsCount(connection, scope.receivables);
     terms_.hasSettlements = hasTable(connection, "t_rp_NewCheckInfo");
+    terms_.hasInvoices =
+        hasWhatTells({"ICSale", "ICPurchase"},
+                     "documents of inventory in another period could not be looked for");
+    terms_.hasDocumentTypes =
+        hasWhatTells({"t_rp_BillType"}, "documents' types and their usual accounts are not known");
     terms_.access = rowAccess(scope.callerString, kDocumentColumns);
     terms_.initialAccess = rowAccess(scope.callerString, kInitialColumns);
     if (terms_.access.restricts())
       notes_.emplace_back(
           "row access applies: documents that may not be shown are told as one reason a row");
-    for (const char* table : {"t_rp_NewCheckInfo", "t_rp_CheckEntry"})
-      if (terms_.offsetsCount && !hasTable(connection, table)) {
-        terms_.offsetsCount = false;
-        notes_.push_back(fmt::format(
-            "the account set has no table {}: offsets of advances could not be looked for", table));
-      }
+    if (terms_.offsetsCount)
+      terms_.offsetsCount = hasWhatTells({"t_rp_NewCheckInfo", "t_rp_CheckEntry"},
+                                         "offsets of advances could not be looked for");
   }
 
   Explanation all(ado::Recordset& rows, ado::Recordset* withoutEstimates) {
@@ -128,6 +129,17 @@ class Explainer {
   }
 
  private:
+  /// Whether all tables are there; else a note tells what is not without them.
+  bool hasWhatTells(std::initializer_list<const char*> tables, const char* otherwise) {
+    bool all = true;
+    for (const char* table : tables)
+      if (!hasTable(connection_, table)) {
+        all = false;
+        notes_.push_back(fmt::format("the account set has no table {}: {}", table, otherwise));
+      }
+    return all;
+  }
+
   /// What receivables or payables have in a row without estimates.
   const Amounts& documentsOwn(const ComparedRow& row) const {
     const auto found = withoutEstimates_.find(row.key);

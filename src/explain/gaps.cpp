@@ -206,22 +206,27 @@ class Reader {
   }
 
   void readContacts() {
-    const std::string name = named("FName", terms_.scope.language);
+    // Without invoices of inventory, or without document types, what they would tell is Null.
+    const bool invoices = terms_.hasInvoices, types = terms_.hasDocumentTypes;
+    const auto ofInvoice = [&](const char* column) {
+      return invoices ? fmt::format("case when c.FType = 3 then f.{0} else g.{0} end", column)
+                      : "0";
+    };
     const std::string sql = fmt::format(
-        "select c.FID, c.FType, isnull(y.{}, ''), c.FNumber, c.FDate, c.FYear, c.FPeriod, "
+        "select c.FID, c.FType, {}, c.FNumber, c.FDate, c.FYear, c.FPeriod, "
         "c.FStatus, c.FVoucherID, c.FCustomer, c.FCurrencyID, isnull(c.FAccountID,0), "
-        "isnull(y.FAccountID,0), isnull(case when c.FType = 3 then f.FYear else g.FYear end,0), "
-        "isnull(case when c.FType = 3 then f.FPeriod else g.FPeriod end,0), isnull(i.FNumber,'') "
+        "{}, isnull({},0), isnull({},0), isnull(i.FNumber,'') "
         "from {} inner join t_rp_Contact c on c.FID = x.FID "
         "left join t_rp_ARPBill b on b.FBillID = c.FRPBillID "
-        "left join t_rp_NewReceiveBill r on r.FBillID = c.FRPBillID "
-        "left join ICSale f on f.FInterID = c.FInvoiceID "
-        "left join ICPurchase g on g.FInterID = c.FInvoiceID "
-        "left join t_rp_BillType y on y.FID = case when c.FType in (1,2) then b.FClassTypeID when "
-        "c.FType = 3 then f.FClassTypeID when c.FType = 4 then g.FClassTypeID when c.FType in "
-        "(5,6) then r.FClassTypeID else 0 end "
+        "left join t_rp_NewReceiveBill r on r.FBillID = c.FRPBillID{}{} "
         "left join t_Item i on i.FItemID = c.FCustomer where c.FIsInit = 0",
-        name, contactKeys());
+        types ? fmt::format("isnull(y.{},'')", named("FName", terms_.scope.language)) : "''",
+        types ? "isnull(y.FAccountID,0)" : "0", ofInvoice("FYear"), ofInvoice("FPeriod"),
+        contactKeys(),
+        invoices ? " left join ICSale f on f.FInterID = c.FInvoiceID "
+                   "left join ICPurchase g on g.FInterID = c.FInvoiceID"
+                 : "",
+        types ? documentTypes(invoices) : "");
     forEachRow(connection_, sql, [&](Cells& cells) {
       Document document;
       document.source = kContactSource;
@@ -246,6 +251,14 @@ class Reader {
       document.itemNumber = cells.text();
       add(std::move(document));
     });
+  }
+
+  static std::string documentTypes(bool invoices) {
+    std::string key = "when c.FType in (1,2) then b.FClassTypeID";
+    if (invoices)
+      key += " when c.FType = 3 then f.FClassTypeID when c.FType = 4 then g.FClassTypeID";
+    key += " when c.FType in (5,6) then r.FClassTypeID";
+    return " left join t_rp_BillType y on y.FID = case " + key + " else 0 end";
   }
 
   void readReceiptAccounts() {

@@ -137,15 +137,19 @@ class Sources {
     // The side as a whole has no accounts, which the documents would have to tell.
     if (scope_.comparison != Comparison::closing)
       entries.from +=
-          " left join t_rp_ARPBill b on b.FBillID = c.FBillID"
-          " left join ICSale f on f.FInterID = c.FBillID"
-          " left join ICPurchase g on g.FInterID = c.FBillID"
+          std::string(" left join t_rp_ARPBill b on b.FBillID = c.FBillID") +
+          (terms_.hasInvoices ? " left join ICSale f on f.FInterID = c.FBillID"
+                                " left join ICPurchase g on g.FInterID = c.FBillID"
+                              : "") +
           " left join t_rp_BegData n on n.FInterID = c.FBillID"
           " left join t_rp_ARBillOfSH d on d.FBillID = a.FBillID and d.FIndex = a.FEntryID";
-    entries.account =
-        "isnull(case when a.FIsInit <> 0 then n.FAccountID when a.FType in (1,2) then b.FAccountID"
-        " when a.FType = 3 then f.FCussentAcctID when a.FType = 4 then g.FCussentAcctID"
-        " when a.FType in (5,6) then d.FAccountID end,0)";
+    entries.account = std::string(
+                          "isnull(case when a.FIsInit <> 0 then n.FAccountID"
+                          " when a.FType in (1,2) then b.FAccountID") +
+                      (terms_.hasInvoices ? " when a.FType = 3 then f.FCussentAcctID"
+                                            " when a.FType = 4 then g.FCussentAcctID"
+                                          : "") +
+                      " when a.FType in (5,6) then d.FAccountID end,0)";
     setVoucher(entries, "c", "c.FID", kSettlementSource);
     entries.item = "c.FCustomer";
     entries.currency = "c.FCurrencyID";

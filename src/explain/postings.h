@@ -29,7 +29,8 @@ struct PostingTerms {
   Period first;
   /// Offsets of advances move amounts of their own: they have vouchers.
   bool offsetsCount = true;
-  bool hasSettlements = true;  ///< whether the account set has their table
+  // Whether the account set has the tables of these; all reasons but a few do without.
+  bool hasSettlements = true, hasInvoices = true, hasDocumentTypes = true;
   /// Of documents, and of initial data.
   RowAccess access, initialAccess;
 

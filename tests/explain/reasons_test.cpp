@@ -66,6 +66,26 @@ TEST(Reasons, ShowOnlyWhatTheUserMaySee) {
     }
 }
 
+TEST(Reasons, DoWithoutTablesThatOnlySomeNeed) {
+  Books books(cli::demo::Faults::kPlanted);
+  const auto reasons = [&] {
+    const Explanation explained = books.explained(asked(true, Comparison::closing));
+    EXPECT_THAT(unbalanced(explained), testing::IsEmpty());
+    return std::pair(reasonLines(explained), explained.notes);
+  };
+  auto [all, none] = reasons();
+  EXPECT_THAT(none, testing::IsEmpty());
+  books.run("drop table ICSale drop table ICPurchase drop table t_rp_BillType");
+  const auto [found, notes] = reasons();
+  EXPECT_THAT(notes,
+              testing::ElementsAre(testing::HasSubstr("ICSale"), testing::HasSubstr("ICPurchase"),
+                                   testing::HasSubstr("t_rp_BillType")));
+  for (std::string& line : all)
+    if (const auto at = line.find("document-period"); at != std::string::npos)
+      line.replace(at, 15, "other-period");
+  EXPECT_THAT(found, testing::UnorderedElementsAreArray(all));
+}
+
 /// One fault in books that agree and the reasons it gives in receivables, in 2009-03 unless
 /// the comparison is another.
 struct Fault {

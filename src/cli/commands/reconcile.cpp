@@ -1,5 +1,5 @@
-#include <algorithm>
 #include <fmt/format.h>
+#include <future>
 #include <ostream>
 
 #include "cli/closing/closing_check.h"
@@ -12,6 +12,8 @@
 #include "cli/reconcile/explained.h"
 #include "cli/reconcile/explained_report.h"
 #include "cli/row_access.h"
+#include "cli/secrets.h"
+#include "velmora/com/cancellation.h"
 
 namespace velmora::cli {
 
@@ -65,37 +67,52 @@ void writeResult(Streams& streams, const Reconciliation& reconciliation,
   streams.err << verdict << '\n';
 }
 
-/// The closing check of the compared period, for the reasons to name its items. Books that it
-/// cannot check are explained all the same.
-std::optional<FindingReasons> closingChecks(const Session& session,
-                                            const Reconciliation& reconciliation,
-                                            const explain::Explanation& explanation,
-                                            std::ostream& err) {
-  const ReconcileOptions& compared = reconciliation.options;
-  const bool reasons = std::ranges::any_of(
-      explanation.rows, [](const explain::ExplainedRow& row) { return !row.reasons.empty(); });
-  if (compared.comparison == Comparison::initial || !reasons) return std::nullopt;
+/// What the closing check of the compared period found, for the reasons to name its items; or
+/// why it could not be run: books that it cannot check are explained all the same.
+struct ClosingFindings {
+  Findings findings;
+  std::string failure;
+};
+
+/// Runs in a thread of its own beside the explanation: on connections of their own they take
+/// together hardly longer than one.
+std::future<ClosingFindings> closingFindings(const Session& session,
+                                             const Reconciliation& reconciliation) {
   ClosingOptions closing;
-  closing.receivables = compared.receivables;
-  closing.period = compared.period;
+  closing.receivables = reconciliation.options.receivables;
+  closing.period = reconciliation.options.period;
   closing.accountIds = reconciliation.filter->Value("AcctList").toText();
-  try {
-    const ClosingReport report = runClosingCheck(session, closing, {});
-    return FindingReasons(report.findings, explanation, session.language());
-  } catch (const Failure& failure) {
-    err << "note: the reasons do not name items of the closing check: " << failure.what() << '\n';
-    return std::nullopt;
-  }
+  return std::async(
+      std::launch::async,
+      [&session, closing](const std::stop_token& cancelled) -> ClosingFindings {
+        const com::CancellationScope scope(cancelled);
+        try {
+          return {runClosingCheck(session, closing, {}).findings, {}};
+        } catch (const std::exception& error) {
+          return {{}, withoutPasswords(error.what())};
+        }
+      },
+      com::CurrentCancellation());
 }
 
 void writeExplanation(Streams& streams, const Session& session,
                       const Reconciliation& reconciliation, const ComparisonSummary& summary,
                       const Options& options) {
+  std::future<ClosingFindings> closing;
+  if (reconciliation.options.comparison != Comparison::initial)
+    closing = closingFindings(session, reconciliation);
   const explain::Explanation explanation = explained(session, reconciliation);
   for (const std::string& note : explanation.notes) streams.err << "note: " << note << '\n';
-  const auto checks = closingChecks(session, reconciliation, explanation, streams.err);
   ExplainedForm form = options.form;
-  if (checks) form.checks = &*checks;
+  std::optional<FindingReasons> checks;
+  if (closing.valid()) {
+    const ClosingFindings found = closing.get();
+    if (found.failure.empty())
+      form.checks = &checks.emplace(found.findings, explanation, session.language());
+    else
+      streams.err << "note: the reasons do not name items of the closing check: " << found.failure
+                  << '\n';
+  }
   const std::string verdict = title(reconciliation) + ": " + summary.text + ".";
   if (options.format == Format::table) {
     const Style style = Style::forOutput();
