@@ -171,6 +171,10 @@ TEST_F(Reconcile, FindingsAndReasonsMeet) {
                                         "-22603.06 [no-voucher]\n"),
                               HasSubstr("XSFP000041]:document not audited\n       moves nothing"),
                               HasSubstr("By what no check finds: "), HasSubstr("(2 reasons)")));
+  EXPECT_THAT(
+      runVelmora({"close-check", "--db", demo(), "--explain", "--year", "2009", "--period", "2"})
+          .out,
+      testing::StartsWith("Ledger and receivables agree, account by account.\n"));
   EXPECT_THAT(runVelmora({"close-check", "--db", demo(), "--explain", "--format", "csv"}).out,
               HasSubstr(",0.00,-22603.06,0.00,-22603.06,no-voucher\r\n"));
 }

@@ -20,6 +20,7 @@ using explain::Measures;
 /// How much of the difference is about what the check found.
 struct Share {
   Amounts all, inFindings;
+  std::size_t reasons = 0;
   std::size_t otherReasons = 0;  ///< that no finding shows in
 };
 
@@ -27,6 +28,7 @@ Share shareOf(const ExplainedFindings& explained) {
   Share share;
   for (const explain::ExplainedRow& row : explained.explanation.rows)
     for (const explain::RowReason& reason : row.reasons) {
+      ++share.reasons;
       share.all += reason.difference;
       if (explained.reasons.checksOf(reason).empty())
         ++share.otherReasons;
@@ -43,8 +45,12 @@ std::string orNothing(const Measures& measures) {
 
 void writeShare(std::ostream& out, const ExplainedFindings& explained) {
   const Share share = shareOf(explained);
-  out << "Ledger minus " << (explained.comparison.options.receivables ? "receivables" : "payables")
-      << ", local currency: " << orNothing(share.all.local) << ".\n"
+  const char* side = explained.comparison.options.receivables ? "receivables" : "payables";
+  if (share.reasons == 0) {
+    out << "Ledger and " << side << " agree, account by account.\n\n";
+    return;
+  }
+  out << "Ledger minus " << side << ", local currency: " << orNothing(share.all.local) << ".\n"
       << "Of it by what was found: " << orNothing(share.inFindings.local) << ".\n";
   if (share.otherReasons != 0)
     out << "By what no check finds: " << orNothing((share.all - share.inFindings).local) << " ("
