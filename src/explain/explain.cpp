@@ -187,10 +187,11 @@ class Explainer {
 
   void tellRemainders(ExplainedRow& explained, const std::vector<const Gap*>& gaps,
                       Sentences& sentences) {
-    const auto found = found_.ledger.find(explained.row.key);
-    const Amounts ledger = found == found_.ledger.end() ? Amounts() : found->second;
-    Amounts documents = ledger;
-    for (const Gap* gap : gaps) documents -= gap->amounts;
+    const auto found = found_.documentSums.find(explained.row.key);
+    const Amounts documents =
+        found == found_.documentSums.end() ? Amounts() : Amounts() - found->second;
+    Amounts ledger = documents;
+    for (const Gap* gap : gaps) ledger += gap->amounts;
     const int side = terms_.scope.receivables ? 1 : -1;
     tellRemainder(explained, explained.row.ledger - ledger,
                   {Reason::ledgerBalance, kLedgerText, kLedgerEarlier, side}, ledgerGaps_,

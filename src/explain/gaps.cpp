@@ -119,9 +119,9 @@ class Reader {
     const GapTable table(connection_);
     connection_.Execute(insertGaps(terms_, sought));
     readGaps();
-    forEachRow(connection_, ledgerSums(terms_), [&](Cells& cells) {
+    forEachRow(connection_, documentSums(terms_), [&](Cells& cells) {
       const RowKey row = cells.row();
-      found_.ledger[row] = cells.amounts();
+      found_.documentSums[row] = cells.amounts();
     });
     if (terms_.scope.comparison != Comparison::initial && !found_.gaps.empty()) readOrigins();
     return std::move(found_);

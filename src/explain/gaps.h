@@ -56,7 +56,8 @@ struct BalanceGap {
 /// What the database tells of the differences.
 struct Findings {
   std::vector<Gap> gaps;
-  std::map<RowKey, Amounts> ledger;  ///< postings of the ledger
+  /// What documents post in each row, as a part of its difference: negative.
+  std::map<RowKey, Amounts> documentSums;
   std::map<int, Voucher> vouchers;
   std::map<std::pair<int, int>, Document> documents;  ///< by source and id
 };

@@ -451,13 +451,13 @@ std::string insertGaps(const PostingTerms& terms, Sought sought) {
       fmt::arg("having", gaps ? inBothCurrencies(kGaps, " or ") : "max(g.FOfPeriod) = 1"));
 }
 
-std::string ledgerSums(const PostingTerms& terms) {
-  const std::string ledger = postings(terms.scope, Sources(terms).ledgerPostings());
+std::string documentSums(const PostingTerms& terms) {
+  const std::string documents = postings(terms.scope, Sources(terms).documents());
   const auto part = [&](std::string_view sums, const char* compare) {
     return fmt::format(
         "select f.FAcctID, f.FItemID, f.FCurrencyID,\n {}\nfrom (\n{}\n) f where f.FTime {} {}\n"
         "group by f.FAcctID, f.FItemID, f.FCurrencyID",
-        inBothCurrencies(sums, ",\n "), ledger, compare, terms.checked());
+        inBothCurrencies(sums, ",\n "), documents, compare, terms.checked());
   };
   return fmt::format(
       "select g.FAcctID, g.FItemID, g.FCurrencyID,\n {}\nfrom (\n{}\nunion all\n{}\n) g\n"

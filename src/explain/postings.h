@@ -49,8 +49,9 @@ enum class Sought {
 std::string createGaps();
 /// Fills it.
 std::string insertGaps(const PostingTerms& terms, Sought sought);
-/// The ledger's postings by row: FAcctID, FItemID, FCurrencyID and the amounts.
-std::string ledgerSums(const PostingTerms& terms);
+/// The documents' postings by row: FAcctID, FItemID, FCurrencyID and the amounts. The ledger's
+/// are these and the gaps.
+std::string documentSums(const PostingTerms& terms);
 /// Those of receivables or payables by row and time (FTime), against the contact balances of
 /// that period; only where they differ, as contact balance less documents. FDebit and FCredit
 /// as contact balances have them.
