@@ -206,7 +206,7 @@ class Reader {
   }
 
   void readContacts() {
-    // Without invoices of inventory, or without document types, what they would tell is Null.
+    // Without invoices of inventory, or without document types, what they would tell is 0 or ''.
     const bool invoices = terms_.hasInvoices, types = terms_.hasDocumentTypes;
     const auto ofInvoice = [&](const char* column) {
       return invoices ? fmt::format("case when c.FType = 3 then f.{0} else g.{0} end", column)

@@ -51,7 +51,9 @@ explain::Explanation explanation() {
                  reason(Reason::transferWithoutVoucher, 8, paper("B1", 4, 9, 22)),
                  reason(Reason::transferWithoutVoucher, 16, paper("C1", 5, 10, 23)),
                  reason(Reason::noDocument, 32, paper("A1", 1, 3)),
-                 reason(Reason::transferWithoutVoucher, 64, paper("C2", 6, 10, 24))};
+                 reason(Reason::transferWithoutVoucher, 64, paper("C2", 6, 10, 24)),
+                 reason(Reason::noVoucher, 128, paper("D1", 7, 3)),
+                 reason(Reason::notPosted, 256, paper("D1", 8, 5))};
   row.reasons[1].furtherDocuments = {paper("A3", 3, 5)};
   row.reasons[5].voucher = voucher("记", 13);
   row.reasons[5].probable = true;
@@ -74,6 +76,7 @@ TEST(FindingReasons, MeetWhereBothAreAboutTheSame) {
       {finding(8, "退票凭证检查", "账款的退票凭证还未生成"), 64},
       {finding(9, "退票凭证检查", "账款的退票凭证还未生成"), 0},
       {finding(10, "凭证检查", "凭证[记-13]:没有应收应付系统对应的单据"), 32},
+      {finding(12, "单据凭证检查", "销售发票[D1]:没有生成凭证"), std::nullopt},
       {finding(11, "期间检查", "应付系统的当前期间是 2009.2"), std::nullopt},
   };
   Findings findings;

@@ -64,8 +64,12 @@ class Places {
   }
 
   bool hidden() const { return hidden_; }
-  std::vector<ReasonInRow> ofDocument(const std::string& number) const {
-    return found(documents_, number);
+  /// Nothing where documents of different types share the number: which is meant cannot be told.
+  std::optional<std::vector<ReasonInRow>> ofDocument(const std::string& number) const {
+    const auto types = documents_.find(number);
+    if (types == documents_.end()) return std::vector<ReasonInRow>();
+    if (types->second.size() > 1) return std::nullopt;
+    return types->second.begin()->second;
   }
   std::vector<ReasonInRow> ofVoucher(const std::string& name) const {
     return found(vouchers_, name);
@@ -104,10 +108,11 @@ class Places {
         place.reason->reason == Reason::transferWithoutVoucher)
       returnedBills_[document.id].push_back(place);
     const bool isSettlement = document.contactType == 0;
-    if (!isSettlement) documents_[document.number].push_back(place);
+    if (!isSettlement) documents_[document.number][document.contactType].push_back(place);
   }
 
-  std::map<std::string, std::vector<ReasonInRow>> documents_, vouchers_;
+  std::map<std::string, std::map<int, std::vector<ReasonInRow>>> documents_;  // by FType, too
+  std::map<std::string, std::vector<ReasonInRow>> vouchers_;
   std::map<int, std::vector<ReasonInRow>> settlements_, returnedBills_;
   bool hidden_ = false;
 };

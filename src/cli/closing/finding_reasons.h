@@ -19,8 +19,8 @@ struct ReasonInRow {
 /// What the closing check found and why the ledger differs, brought together: a finding and a
 /// reason meet when both are about the same document, settlement or voucher.
 ///
-/// Messages tell documents by their number alone; where two documents of different types share
-/// one, the finding gets the reasons of both.
+/// Messages tell documents by their number alone. Where documents of different types with a
+/// reason share one, the finding gets none of them.
 class FindingReasons {
  public:
   /// `findings` of the explained period and `explanation`, both in `language`. The
@@ -29,7 +29,8 @@ class FindingReasons {
                  const std::string& language);
 
   /// The reasons that the finding shows in; none: it moves nothing. Nothing at all where that
-  /// cannot be told: the finding names no document, or row access keeps reasons back.
+  /// cannot be told: the finding names no document or a number of two, or row access keeps
+  /// reasons back.
   const std::optional<std::vector<ReasonInRow>>& of(const Finding& finding) const;
   /// What the finding moves the comparison by, over all rows; nothing as for of().
   std::optional<explain::Amounts> moved(const Finding& finding) const;
