@@ -165,8 +165,10 @@ RowReason Recognition::of(const Gap& gap, int decimals) {
   if (voucher != nullptr) {
     told.voucher = voucher->ref;
     told.documents = static_cast<int>(voucher->documents.size());
-    for (const Document* other : documentsOf(gap))
-      if (other != document && !other->hidden) told.furtherDocuments.push_back(other->ref);
+    // Those of other contacts have nothing to do with the row, and may be very many.
+    if (document != nullptr && (gap.row.item == 0 || document->item == gap.row.item))
+      for (const Document* other : documentsOf(gap))
+        if (other != document && !other->hidden) told.furtherDocuments.push_back(other->ref);
   }
   if (gap.source == kInitialSource) {
     told.reason = Reason::initialData;
