@@ -1,15 +1,17 @@
-# embed_text(target function files...): compiles text files into a target. The code
-# may then call `function`, declared in "cli/demo/embedded_text.h", which returns
-# their names and texts in the order given. A changed file is embedded anew.
+# embed_text(target header function files...): compiles text files into a target. The code
+# may then call `function`, named with its namespace and declared in `header`, which returns
+# their names, texts and hashes in the order given. A changed file is embedded anew.
 set(VELMORA_EMBED_SCRIPT ${CMAKE_CURRENT_LIST_FILE})
 
-function(embed_text target function)
-  set(output ${CMAKE_CURRENT_BINARY_DIR}/${function}.cpp)
+function(embed_text target header function)
+  find_program(OPENSSL_PROGRAM openssl REQUIRED)
+  string(REGEX REPLACE ".*::" "" name ${function})
+  set(output ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
   add_custom_command(OUTPUT ${output}
-    COMMAND ${CMAKE_COMMAND} -D FUNCTION=${function} -D OUTPUT=${output} -D "FILES=${ARGN}"
-      -P ${VELMORA_EMBED_SCRIPT}
+    COMMAND ${CMAKE_COMMAND} -D HEADER=${header} -D FUNCTION=${function} -D OUTPUT=${output}
+      -D OPENSSL=${OPENSSL_PROGRAM} -D "FILES=${ARGN}" -P ${VELMORA_EMBED_SCRIPT}
     DEPENDS ${ARGN} ${VELMORA_EMBED_SCRIPT}
-    COMMENT "Embedding ${function}" VERBATIM)
+    COMMENT "Embedding ${name}" VERBATIM)
   target_sources(${target} PRIVATE ${output})
 endfunction()
 
@@ -18,18 +20,16 @@ if(CMAKE_SCRIPT_MODE_FILE STREQUAL CMAKE_CURRENT_LIST_FILE)
   foreach(file ${FILES})
     get_filename_component(name ${file} NAME)
     file(READ ${file} text)
-    string(APPEND entries "    {\"${name}\", R\"embedded(${text})embedded\"},\n")
+    execute_process(COMMAND ${OPENSSL} dgst -sha256 -binary ${file} COMMAND ${OPENSSL} base64 -A
+      OUTPUT_VARIABLE hash COMMAND_ERROR_IS_FATAL ANY)
+    string(APPEND entries "    {\"${name}\", R\"embedded(${text})embedded\", \"${hash}\"},\n")
   endforeach()
-  file(WRITE ${OUTPUT} "#include \"cli/demo/embedded_text.h\"
+  file(WRITE ${OUTPUT} "#include \"${HEADER}\"
 
-namespace velmora::cli::demo {
-
-std::span<const EmbeddedText> ${FUNCTION}() {
-  static constexpr EmbeddedText kTexts[] = {
+std::span<const velmora::EmbeddedText> ${FUNCTION}() {
+  static constexpr velmora::EmbeddedText kTexts[] = {
 ${entries}  };
   return kTexts;
 }
-
-}  // namespace velmora::cli::demo
 ")
 endif()

@@ -105,7 +105,7 @@ std::vector<CopiedTable> writeScript(ado::Connection& source, std::ostream& out,
   const auto model = com::make<ado::Connection>();
   model->Open("Provider=Velmora.Embedded;Data Source=:memory:;Mode=ReadWrite");
   const auto tables = makeTables(source, *model);
-  for (const demo::EmbeddedText& script : demo::schemaScripts()) out << script.text << '\n';
+  for (const EmbeddedText& script : demo::schemaScripts()) out << script.text << '\n';
   for (const SetTable& table : tables)
     if (table.ownItemClass) out << ownItemClassSql(table) << "\nGO\n\n";
   std::vector<CopiedTable> written;

@@ -1,15 +1,8 @@
 #pragma once
 
-#include <span>
-#include <string_view>
+#include "common/embedded_text.h"
 
 namespace velmora::cli::demo {
-
-/// A file compiled into the program.
-struct EmbeddedText {
-  std::string_view name;  ///< file name without folder
-  std::string_view text;
-};
 
 /// The scripts that create the tables of an account set, in the order to run them.
 std::span<const EmbeddedText> schemaScripts();
