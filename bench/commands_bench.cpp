@@ -106,6 +106,20 @@ class Measurement {
     figures_.report("explaining one account and contact, beyond comparing them",
                     explained - compared, 0.5, "s");
   }
+  /// The dossier of both sides, written in both forms, against the checks that it is made of.
+  void measureDossier() {
+    double checks = medianSeconds("account-check", large_, 3);
+    for (const std::string side : {" --side ar", " --side ap"})
+      for (const std::string check : {"close-check", "reconcile period", "init-check"})
+        checks += medianSeconds(check + side, large_, 3);
+    const std::string files =
+        " --force --out " + large_ + ".report.html --xlsx " + large_ + ".report.xlsx";
+    const ProcessRun first = run("report" + files, large_);
+    const double time = medianSeconds("report" + files, large_, 3);
+    std::printf("report, both forms, %.3f s\n", time);
+    figures_.report("  against its checks alone", time / checks, 3, "x");
+    figures_.report("  peak memory", first.peakMemoryMiB, 2048, "MiB");
+  }
   Figures& figures() { return figures_; }
 
  private:
@@ -127,6 +141,7 @@ int measureAll(const std::string& demo, const std::string& smaller, const std::s
         "reconcile period --side ar --no-detail --by-currency"})
     measurement.measureExplained(comparison);
   measurement.measureOneExplained();
+  measurement.measureDossier();
   for (const auto& command : otherCommands()) measurement.measure(command, {}, 3);
   return measurement.figures().allKept() ? 0 : 1;
 }

@@ -55,6 +55,12 @@ void requireAccountSet(ado::Connection& connection) {
     throw Failure("this database is no account set: it has no table " + missing);
 }
 
+std::string companyName(ado::Connection& connection) {
+  const auto name =
+      firstValue(connection, "select FValue from t_RP_SystemProfile where FKey='FCompanyName'");
+  return name.isNull() ? std::string() : name.toText();
+}
+
 Period currentPeriod(ado::Connection& connection, bool receivables) {
   const std::string_view side = receivables ? "AR" : "AP";
   const Period current{profileNumber(connection, fmt::format("F{}CurYear", side)),

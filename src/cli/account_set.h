@@ -18,6 +18,9 @@ std::string toString(Period period);
 /// Raises Failure when the database lacks the tables every account set has.
 void requireAccountSet(ado::Connection& connection);
 
+/// Empty when the account set tells none.
+std::string companyName(ado::Connection& connection);
+
 /// The current period of receivables or payables. Raises Failure when the account set
 /// has none.
 Period currentPeriod(ado::Connection& connection, bool receivables);

@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "cli/failure.h"
-#include "cli/output/display_width.h"
+#include "report/display_width.h"
 #include "velmora/com/class_table.h"
 
 namespace velmora::cli {
@@ -32,7 +32,7 @@ void fail(const std::string& operation, const com::ErrorInfo& reason) {
   if (reason.number == com::error::kProviderConnect)
     throw Failure(operation + " could not run: the connection was lost" +
                   (reason.place.empty() ? "" : " in \"" + reason.place + "\"") +
-                  "; nothing was changed (" + singleLine(reason.description) + ")");
+                  "; nothing was changed (" + report::singleLine(reason.description) + ")");
   throw Failure(operation + " could not run: " + reason.description +
                 (reason.place.empty() ? "" : "\n  in: " + reason.place) + "\n  (" + reason.source +
                 ", error " + std::to_string(reason.number) + ")");

@@ -1,7 +1,10 @@
 #include "cli/options.h"
 
-#include <array>
 #include <charconv>
+#include <functional>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 #include "velmora/collections/letter_case.h"
 
@@ -15,22 +18,31 @@ struct Choice {
   Value value;
 };
 
-/// An option with a value out of `choices`, letter case ignored.
-template <class Value, std::size_t N>
-void addChoice(CLI::App& command, const std::string& name, Value& target,
-               const std::array<Choice<Value>, N>& choices, const std::string& help) {
+/// An option with a value out of `choices`, letter case ignored, which `set` is given.
+template <class Value>
+void addChoice(CLI::App& command, const std::string& name, std::function<void(Value)> set,
+               const std::vector<Choice<Value>>& choices, const std::string& help) {
   std::string words;
   for (const auto& choice : choices) words.append(words.empty() ? "" : "|").append(choice.word);
-  const auto take = [&target, choices, name, words](const std::string& text) {
+  const auto take = [set, choices, name, words](const std::string& text) {
     for (const auto& choice : choices) {
       if (!collections::equalsIgnoringCase(choice.word, text)) continue;
-      target = choice.value;
+      set(choice.value);
       return;
     }
     throw CLI::ValidationError(name, "\"" + text + "\" is not one of " + words);
   };
   command.add_option_function<std::string>(name, take, help)->option_text(words);
 }
+
+template <class Value>
+void addChoice(CLI::App& command, const std::string& name, Value& target,
+               const std::vector<Choice<Value>>& choices, const std::string& help) {
+  addChoice<Value>(
+      command, name, [&target](Value value) { target = std::move(value); }, choices, help);
+}
+
+constexpr const char* kFormatHelp = "Form of the result: table is the default";
 
 }  // namespace
 
@@ -66,23 +78,47 @@ void addConnectionOptions(CLI::App& command, AccountSetOptions& options) {
 }
 
 void addSideOption(CLI::App& command, AccountSetOptions& options) {
-  constexpr std::array kSides{Choice<bool>{"ar", true}, Choice<bool>{"ap", false}};
-  addChoice(command, "--side", options.receivables, kSides,
-            "Receivables (the default) or payables");
+  const std::vector<Choice<bool>> sides{{"ar", true}, {"ap", false}};
+  addChoice(command, "--side", options.receivables, sides, "Receivables (the default) or payables");
 }
 
-void addLanguageOption(CLI::App& command, AccountSetOptions& options) {
-  const std::array languages{Choice<std::string>{"chs", "chs"}, Choice<std::string>{"CHT", "CHT"},
-                             Choice<std::string>{"EN", "EN"}};
-  addChoice(command, "--lang", options.language, languages,
-            "Language of the findings; chs if absent");
+void addPeriodOptions(CLI::App& command, int& year, int& period, const std::string& yearHelp) {
+  auto* yearOption = command.add_option("--year", year, yearHelp)
+                         ->option_text("YEAR")
+                         ->check(CLI::Range(1900, 9999));
+  auto* periodOption = command.add_option("--period", period, "Period of that year")
+                           ->option_text("PERIOD")
+                           ->check(CLI::Range(1, 99));
+  yearOption->needs(periodOption);
+  periodOption->needs(yearOption);
+}
+
+void addLanguageOption(CLI::App& command, std::string& language) {
+  const std::vector<Choice<std::string>> languages{{"chs", "chs"}, {"CHT", "CHT"}, {"EN", "EN"}};
+  addChoice(command, "--lang", language, languages, "Language of the findings; chs if absent");
 }
 
 void addFormatOption(CLI::App& command, Format& format) {
-  constexpr std::array kFormats{Choice<Format>{"table", Format::table},
-                                Choice<Format>{"csv", Format::csv},
-                                Choice<Format>{"json", Format::json}};
-  addChoice(command, "--format", format, kFormats, "Form of the result: table is the default");
+  const std::vector<Choice<Format>> formats{
+      {"table", Format::table}, {"csv", Format::csv}, {"json", Format::json}};
+  addChoice(command, "--format", format, formats, kFormatHelp);
+}
+
+void addFormatOption(CLI::App& command, ReportForm& report) {
+  const std::vector<Choice<ReportForm>> forms{
+      {"table", ReportForm::none}, {"html", ReportForm::html}, {"xlsx", ReportForm::xlsx}};
+  addChoice(command, "--format", report, forms, kFormatHelp);
+}
+
+void addFormatOption(CLI::App& command, Format& format, ReportForm& report) {
+  using Form = std::pair<Format, ReportForm>;
+  const std::vector<Choice<Form>> forms{{"table", {Format::table, ReportForm::none}},
+                                        {"csv", {Format::csv, ReportForm::none}},
+                                        {"json", {Format::json, ReportForm::none}},
+                                        {"html", {Format::table, ReportForm::html}},
+                                        {"xlsx", {Format::table, ReportForm::xlsx}}};
+  addChoice<Form>(
+      command, "--format", [&](Form form) { std::tie(format, report) = form; }, forms, kFormatHelp);
 }
 
 }  // namespace velmora::cli

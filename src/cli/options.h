@@ -14,9 +14,15 @@ void addTimeoutOption(CLI::App& command);
 void addConnectionOptions(CLI::App& command, AccountSetOptions& options);
 /// --side ar|ap.
 void addSideOption(CLI::App& command, AccountSetOptions& options);
+/// --year and --period, given both or none; `yearHelp` tells what stands in for them.
+void addPeriodOptions(CLI::App& command, int& year, int& period, const std::string& yearHelp);
 /// --lang chs|CHT|EN, taken in any letter case, kept in exactly these spellings.
-void addLanguageOption(CLI::App& command, AccountSetOptions& options);
+void addLanguageOption(CLI::App& command, std::string& language);
 /// --format table|csv|json.
 void addFormatOption(CLI::App& command, Format& format);
+/// --format table|html|xlsx.
+void addFormatOption(CLI::App& command, ReportForm& report);
+/// --format table|csv|json|html|xlsx; `report` is none for the first three.
+void addFormatOption(CLI::App& command, Format& format, ReportForm& report);
 
 }  // namespace velmora::cli

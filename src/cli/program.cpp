@@ -8,8 +8,8 @@
 #include "cli/failure.h"
 #include "cli/interruption.h"
 #include "cli/output/counted.h"
-#include "cli/output/display_width.h"
 #include "cli/secrets.h"
+#include "report/display_width.h"
 #include "velmora/ado/diagnostics.h"
 #include "velmora/com/cancellation.h"
 #include "velmora/com/error.h"
@@ -105,7 +105,7 @@ std::string failureText() {
   } catch (const com::Error& error) {
     // What a driver says of a lost connection may hold empty lines.
     const bool lost = error.number() == com::error::kProviderConnect;
-    const std::string text = lost ? singleLine(error.description()) : error.description();
+    const std::string text = lost ? report::singleLine(error.description()) : error.description();
     return fmt::format("{} ({}, error {})", text, error.source(), error.number());
   } catch (const std::exception& error) {
     return error.what();
@@ -167,6 +167,7 @@ std::unique_ptr<CLI::App> makeProgram(Run& chosen) {
   addAccountCheck(*program, chosen);
   addPeriodChange(*program, chosen);
   addReconcile(*program, chosen);
+  addReport(*program, chosen);
   addTrace(*program, chosen);
   addSettle(*program, chosen);
   addDistribute(*program, chosen);

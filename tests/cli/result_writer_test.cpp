@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
-#include "cli/output/display_width.h"
+#include "report/display_width.h"
 
 namespace velmora::cli {
 namespace {
@@ -50,12 +50,12 @@ TEST(DisplayWidth, CountsTerminalColumns) {
                              "a",
                              2},
                         Case{"a\xE5", 2}})
-    EXPECT_EQ(displayWidth(c.text), c.width) << c.text;
+    EXPECT_EQ(report::displayWidth(c.text), c.width) << c.text;
 }
 
 TEST(SingleLine, KeepsTextFromSteeringTheTerminal) {
-  EXPECT_EQ(singleLine("a\r\nb\tc"), "a  b c");
-  EXPECT_EQ(singleLine("\033[31m应"), "?[31m应");
+  EXPECT_EQ(report::singleLine("a\r\nb\tc"), "a  b c");
+  EXPECT_EQ(report::singleLine("\033[31m应"), "?[31m应");
 }
 
 TEST(Table, LinesUpWideCharactersAndPutsNumbersRight) {

@@ -4,6 +4,7 @@
 #include "cli/component.h"
 #include "cli/failure.h"
 #include "velmora/collections/vector.h"
+#include "velmora/com/cancellation.h"
 #include "velmora/com/class_table.h"
 #include "velmora/com/dispatch_table.h"
 #include "velmora/interfaces.h"
@@ -152,6 +153,17 @@ ClosingReport runClosingCheck(const Session& session, const ClosingOptions& opti
   if (!options.accountIds.empty())
     addVouchersWithoutDocuments(report, *checks, session, options, seriousText);
   return report;
+}
+
+std::future<ClosingReport> startClosingCheck(const Session& session,
+                                             const ClosingOptions& options) {
+  return std::async(
+      std::launch::async,
+      [&session, options](const std::stop_token& cancelled) {
+        const com::CancellationScope scope(cancelled);
+        return runClosingCheck(session, options, {});
+      },
+      com::CurrentCancellation());
 }
 
 std::vector<CheckQuery> closingQueries(const Session& session, const ClosingOptions& options) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,10 @@ Period periodToCheck(const Session& session, const ClosingOptions& options);
 /// why they could not be run.
 ClosingReport runClosingCheck(const Session& session, const ClosingOptions& options,
                               CheckProgress progress);
+
+/// runClosingCheck in a thread of its own, on connections of its own, for what runs beside it.
+/// `session` outlives it; it ends where the caller's CancellationScope asks for that.
+std::future<ClosingReport> startClosingCheck(const Session& session, const ClosingOptions& options);
 
 /// The queries that runClosingCheck runs, in order.
 std::vector<CheckQuery> closingQueries(const Session& session, const ClosingOptions& options);

@@ -1,10 +1,13 @@
 #include "cli/period/basic_checks.h"
 
+#include <ostream>
+
 #include "cli/account_set.h"
 #include "cli/commands/commands.h"
 #include "cli/component.h"
 #include "cli/failure.h"
 #include "cli/options.h"
+#include "cli/report/check_reports.h"
 #include "cli/shown_sql.h"
 
 namespace velmora::cli {
@@ -14,18 +17,31 @@ namespace {
 struct Options {
   AccountSetOptions accountSet;
   Format format = Format::table;
+  ReportFile file;
   bool showSql = false;
 };
+
+void writeReportOf(Streams& streams, const Session& session, const CheckReport& report,
+                   const ReportFile& file) {
+  explain::Sentences sentences(session.language());
+  writeReport(file.out, file.form, file, basicCheckReport(session, report, file, sentences),
+              sentences);
+  streams.out << report.summary << "\nwritten: " << file.out << '\n';
+}
 
 /// Runs `check(dsn, language)` on the account set that the options name.
 template <class Check>
 int runCheck(const Options& options, Streams& streams, Check check) {
+  const bool asReport = isReport(options.file);
   activateComponent();
   const Session session(options.accountSet);
   requireAccountSet(session.connection());
   const std::string dsn = options.showSql ? showingSql(session, streams.err) : session.dsn();
   const CheckReport report = check(dsn, session.language());
-  writeReport(streams.out, streams.err, report, options.format);
+  if (asReport)
+    writeReportOf(streams, session, report, options.file);
+  else
+    writeReport(streams.out, streams.err, report, options.format);
   return report.blocked() ? kBlocked : kOk;
 }
 
@@ -42,8 +58,8 @@ int accountCheck(const Options& options, Streams& streams) {
 /// The options that both commands have.
 void addOptions(CLI::App& command, Options& options) {
   addConnectionOptions(command, options.accountSet);
-  addLanguageOption(command, options.accountSet);
-  addFormatOption(command, options.format);
+  addLanguageOption(command, options.accountSet.language);
+  addReportFormatOptions(command, options.format, options.file);
   command.add_flag("--show-sql", options.showSql, "Print each statement on standard error");
 }
 

@@ -85,7 +85,7 @@ void addCall(CLI::App& program, Run& chosen) {
   addConnectionOptions(*command, options->accountSet);
   addSideOption(*command, options->accountSet);
   addRowAccessOptions(*command, options->accountSet, options->noRowAccess);
-  addLanguageOption(*command, options->accountSet);
+  addLanguageOption(*command, options->accountSet.language);
   command->callback([options, &chosen] {
     if (options->stream && !options->request.empty())
       throw CLI::ValidationError("--stream", "the requests come from standard input");

@@ -7,6 +7,7 @@
 #include "cli/failure.h"
 #include "cli/options.h"
 #include "cli/reconcile/explained.h"
+#include "cli/report/check_reports.h"
 #include "cli/row_access.h"
 
 namespace velmora::cli {
@@ -16,6 +17,7 @@ namespace {
 struct Options {
   AccountSetOptions accountSet;
   Format format = Format::table;
+  ReportFile file;
   int year = 0, period = 0;
   bool showAll = false, showSql = false, explain = false, noRowAccess = false;
   std::vector<std::string> accounts;
@@ -44,8 +46,8 @@ CheckProgress progressOn(ProgressLine& line) {
   };
 }
 
-void writeResult(std::ostream& out, const ClosingReport& report, Format format,
-                 const ExplainedFindings* explained = nullptr) {
+void writeText(std::ostream& out, const ClosingReport& report, Format format,
+               const ExplainedFindings* explained) {
   switch (format) {
     case Format::table:
       return writeReport(out, report, Style::forOutput(), explained);
@@ -57,24 +59,42 @@ void writeResult(std::ostream& out, const ClosingReport& report, Format format,
 }
 
 /// What the findings move in the comparison of the period, account by account.
-void explainResult(Streams& streams, const Session& session, const ClosingReport& report,
-                   const Options& options, ProgressLine& line) {
+std::unique_ptr<CheckedSide> explainedSide(Streams& streams, const Session& session,
+                                           ClosingReport report, const Options& options,
+                                           ProgressLine& line) {
   if (errorIsTerminal()) line.show("comparison with the ledger");
   ReconcileOptions asked;
   asked.receivables = report.receivables;
   asked.period = report.period;
   asked.accounts = options.accounts;
-  const Reconciliation comparison = reconcile(session, asked);
+  Reconciliation comparison = reconcile(session, asked);
   line.clear();
   settleRowAccess(options.noRowAccess, streams.err);
-  const explain::Explanation explanation = explained(session, comparison);
+  explain::Explanation explanation = explained(session, comparison);
   for (const std::string& note : explanation.notes) streams.err << "note: " << note << '\n';
-  const FindingReasons reasons(report.findings, explanation, session.language());
-  const ExplainedFindings explainedFindings{comparison, explanation, reasons};
-  writeResult(streams.out, report, options.format, &explainedFindings);
+  return std::make_unique<CheckedSide>(std::move(report), std::move(comparison),
+                                       std::move(explanation), session.language());
+}
+
+/// `side` is the report explained, where that is asked for.
+void writeResult(Streams& streams, const Session& session, const ClosingReport& report,
+                 const CheckedSide* side, const Options& options) {
+  if (isReport(options.file)) {
+    explain::Sentences sentences(session.language());
+    writeReport(options.file.out, options.file.form, options.file,
+                closingReport(session, report, side, options.file, sentences), sentences);
+    streams.out << report.verdict() << "\nwritten: " << options.file.out << '\n';
+    return;
+  }
+  std::optional<ExplainedFindings> explained;
+  if (side != nullptr)
+    explained.emplace(ExplainedFindings{side->comparison, side->explanation, side->reasons});
+  writeText(streams.out, report, options.format, explained ? &*explained : nullptr);
+  if (options.format != Format::table) streams.err << report.verdict() << '\n';
 }
 
 int closeCheck(const Options& options, Streams& streams) {
+  static_cast<void>(isReport(options.file));
   activateComponent();
   const Session session(options.accountSet);
   requireAccountSet(session.connection());
@@ -83,11 +103,9 @@ int closeCheck(const Options& options, Streams& streams) {
   ProgressLine line(streams.err, true);
   const ClosingReport report = runClosingCheck(session, closing, progressOn(line));
   line.clear();
-  if (options.explain)
-    explainResult(streams, session, report, options, line);
-  else
-    writeResult(streams.out, report, options.format);
-  if (options.format != Format::table) streams.err << report.verdict() << '\n';
+  std::unique_ptr<CheckedSide> side;
+  if (options.explain) side = explainedSide(streams, session, report, options, line);
+  writeResult(streams, session, report, side.get(), options);
   return report.mayClose ? kOk : kBlocked;
 }
 
@@ -103,20 +121,13 @@ void addCloseCheck(CLI::App& program, Run& chosen) {
       "  velmora close-check --db demo.db --side ap --year 2009 --period 3 --show-all\n"
       "  velmora close-check --db demo.db --accounts 1122,2203 --format csv >findings.csv\n"
       "  velmora close-check --db demo.db --explain\n"
+      "  velmora close-check --db demo.db --explain --format html --out closing.html\n"
       "\n"
       "Exit status 1: serious errors were found, the period may not be closed.");
   addConnectionOptions(*command, options->accountSet);
   addSideOption(*command, options->accountSet);
-  auto* year =
-      command->add_option("--year", options->year, "Fiscal year; the current one if absent")
-          ->option_text("YEAR")
-          ->check(CLI::Range(1900, 9999));
-  auto* period =
-      command->add_option("--period", options->period, "Period of that year, with --year")
-          ->option_text("PERIOD")
-          ->check(CLI::Range(1, 99));
-  year->needs(period);
-  period->needs(year);
+  addPeriodOptions(*command, options->year, options->period,
+                   "Fiscal year; the current one if absent");
   command->add_flag("--show-all", options->showAll,
                     "Also findings on vouchers that the account set does not demand");
   command
@@ -130,8 +141,8 @@ void addCloseCheck(CLI::App& program, Run& chosen) {
       "By how much each finding moves the comparison with the ledger (reconcile period)");
   addRowAccessOptions(*command, options->accountSet, options->noRowAccess);
   command->get_option("--no-row-access")->needs(explain);
-  addLanguageOption(*command, options->accountSet);
-  addFormatOption(*command, options->format);
+  addLanguageOption(*command, options->accountSet.language);
+  addReportFormatOptions(*command, options->format, options->file);
   command->add_flag("--show-sql", options->showSql, "Print each check's query on standard error");
   command->callback([options, &chosen] {
     chosen = [options](Streams& streams) { return closeCheck(*options, streams); };

@@ -12,6 +12,7 @@ void addInitCheck(CLI::App& program, Run& chosen);
 void addAccountCheck(CLI::App& program, Run& chosen);
 void addPeriodChange(CLI::App& program, Run& chosen);
 void addReconcile(CLI::App& program, Run& chosen);
+void addReport(CLI::App& program, Run& chosen);
 void addTrace(CLI::App& program, Run& chosen);
 void addSettle(CLI::App& program, Run& chosen);
 void addDistribute(CLI::App& program, Run& chosen);

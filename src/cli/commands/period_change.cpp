@@ -135,7 +135,7 @@ void addPeriodChange(CLI::App& program, Run& chosen) {
       "Exit status 1: documents are dated on or after the earlier start.");
   addConnectionOptions(*command, options->accountSet);
   addPeriodOptions(*command, *options);
-  addLanguageOption(*command, options->accountSet);
+  addLanguageOption(*command, options->accountSet.language);
   addFormatOption(*command, options->format);
   command->add_flag("--show-sql", options->showSql, "Print each statement on standard error");
   command->callback([options, &chosen] {

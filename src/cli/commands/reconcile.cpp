@@ -11,9 +11,9 @@
 #include "cli/reconcile/comparison_report.h"
 #include "cli/reconcile/explained.h"
 #include "cli/reconcile/explained_report.h"
+#include "cli/report/check_reports.h"
 #include "cli/row_access.h"
 #include "cli/secrets.h"
-#include "velmora/com/cancellation.h"
 
 namespace velmora::cli {
 
@@ -23,6 +23,7 @@ struct Options {
   AccountSetOptions accountSet;
   ReconcileOptions reconcile;
   Format format = Format::table;
+  ReportFile file;
   bool onlyDifferences = false, showSql = false, noRowAccess = false;
   bool explain = false;
   ExplainedForm form;
@@ -51,9 +52,23 @@ std::string title(const Reconciliation& reconciliation) {
       reconciliation.currency.id == 0 ? "all currencies" : reconciliation.currency.name, accounts);
 }
 
-void writeResult(Streams& streams, const Reconciliation& reconciliation,
-                 const ComparisonSummary& summary, Format format) {
+/// Where a report is asked for; `explanation` and `checks` may be nothing.
+void writeReportOf(Streams& streams, const Session& session, const Reconciliation& reconciliation,
+                   const explain::Explanation* explanation, const FindingReasons* checks,
+                   const std::string& verdict, const ReportFile& file) {
+  explain::Sentences sentences(session.language());
+  writeReport(file.out, file.form, file,
+              comparisonReport(session, reconciliation, explanation, checks, file, sentences),
+              sentences);
+  streams.out << verdict << "\nwritten: " << file.out << '\n';
+}
+
+void writeResult(Streams& streams, const Session& session, const Reconciliation& reconciliation,
+                 const ComparisonSummary& summary, const Options& options) {
+  const Format format = options.format;
   const std::string verdict = title(reconciliation) + ": " + summary.text + ".";
+  if (isReport(options.file))
+    return writeReportOf(streams, session, reconciliation, nullptr, nullptr, verdict, options.file);
   if (format == Format::table) {
     const Style style = Style::forOutput();
     writeComparison(streams.out, reconciliation, style);
@@ -67,53 +82,44 @@ void writeResult(Streams& streams, const Reconciliation& reconciliation,
   streams.err << verdict << '\n';
 }
 
-/// What the closing check of the compared period found, for the reasons to name its items; or
-/// why it could not be run: books that it cannot check are explained all the same.
-struct ClosingFindings {
-  Findings findings;
-  std::string failure;
-};
-
-/// Runs in a thread of its own beside the explanation: on connections of their own they take
-/// together hardly longer than one.
-std::future<ClosingFindings> closingFindings(const Session& session,
-                                             const Reconciliation& reconciliation) {
+/// The closing check of the compared period, for the reasons to name its items; started before
+/// the comparison, it costs hardly any time beside it.
+std::future<ClosingReport> closingCheckBeside(const Session& session,
+                                              const Reconciliation& reconciliation) {
+  if (reconciliation.options.comparison == Comparison::initial) return {};
   ClosingOptions closing;
   closing.receivables = reconciliation.options.receivables;
   closing.period = reconciliation.options.period;
   closing.accountIds = reconciliation.filter->Value("AcctList").toText();
-  return std::async(
-      std::launch::async,
-      [&session, closing](const std::stop_token& cancelled) -> ClosingFindings {
-        const com::CancellationScope scope(cancelled);
-        try {
-          return {runClosingCheck(session, closing, {}).findings, {}};
-        } catch (const std::exception& error) {
-          return {{}, withoutPasswords(error.what())};
-        }
-      },
-      com::CurrentCancellation());
+  return startClosingCheck(session, closing);
+}
+
+/// What it found; nothing where it could not be run: books that it cannot check are explained
+/// all the same.
+std::optional<Findings> findingsOf(std::future<ClosingReport>& closing, std::ostream& err) {
+  if (!closing.valid()) return std::nullopt;
+  try {
+    return closing.get().findings;
+  } catch (const std::exception& error) {
+    err << "note: the reasons do not name items of the closing check: "
+        << withoutPasswords(error.what()) << '\n';
+    return std::nullopt;
+  }
 }
 
 void writeExplanation(Streams& streams, const Session& session,
                       const Reconciliation& reconciliation, const ComparisonSummary& summary,
-                      const Options& options) {
-  std::future<ClosingFindings> closing;
-  if (reconciliation.options.comparison != Comparison::initial)
-    closing = closingFindings(session, reconciliation);
+                      const Options& options, std::future<ClosingReport>& closing) {
   const explain::Explanation explanation = explained(session, reconciliation);
   for (const std::string& note : explanation.notes) streams.err << "note: " << note << '\n';
   ExplainedForm form = options.form;
   std::optional<FindingReasons> checks;
-  if (closing.valid()) {
-    const ClosingFindings found = closing.get();
-    if (found.failure.empty())
-      form.checks = &checks.emplace(found.findings, explanation, session.language());
-    else
-      streams.err << "note: the reasons do not name items of the closing check: " << found.failure
-                  << '\n';
-  }
+  if (const auto findings = findingsOf(closing, streams.err))
+    form.checks = &checks.emplace(*findings, explanation, session.language());
   const std::string verdict = title(reconciliation) + ": " + summary.text + ".";
+  if (isReport(options.file))
+    return writeReportOf(streams, session, reconciliation, &explanation, form.checks, verdict,
+                         options.file);
   if (options.format == Format::table) {
     const Style style = Style::forOutput();
     writeExplained(streams.out, reconciliation, explanation, form, style);
@@ -143,39 +149,29 @@ void narrow(ReconcileOptions& asked, const Options& options) {
 }
 
 int runReconcile(const Options& options, Streams& streams) {
+  static_cast<void>(isReport(options.file));
   activateComponent();
   const Session session(options.accountSet);
   requireAccountSet(session.connection());
   ReconcileOptions asked = options.reconcile;
   asked.receivables = options.accountSet.receivables;
   narrow(asked, options);
-  Reconciliation reconciliation = reconcile(session, asked);
+  Reconciliation reconciliation = prepared(session, asked);
+  std::future<ClosingReport> closing;
+  if (options.explain) closing = closingCheckBeside(session, reconciliation);
+  run(session, reconciliation);
   settleRowAccess(options.noRowAccess, streams.err);
   if (options.showSql) writeStatements(streams.err, *reconciliation.filter);
   if ((asked.estimates || asked.outsourcing) && reconciliation.currency.id > 1)
     streams.err << "note: estimates are kept in local currency; they do not count here\n";
   const ComparisonSummary summary = summaryOf(reconciliation);
   if (options.explain) {
-    writeExplanation(streams, session, reconciliation, summary, options);
+    writeExplanation(streams, session, reconciliation, summary, options, closing);
   } else {
     if (options.onlyDifferences) keepDifferences(reconciliation);
-    writeResult(streams, reconciliation, summary, options.format);
+    writeResult(streams, session, reconciliation, summary, options);
   }
   return summary.differing == 0 ? kOk : kBlocked;
-}
-
-void addPeriodOptions(CLI::App& command, ReconcileOptions& options) {
-  auto* year = command
-                   .add_option("--year", options.period.year,
-                               "Fiscal year; if absent the current one, for initial the "
-                               "first one in use")
-                   ->option_text("YEAR")
-                   ->check(CLI::Range(1900, 9999));
-  auto* period = command.add_option("--period", options.period.period, "Period of that year")
-                     ->option_text("PERIOD")
-                     ->check(CLI::Range(1, 99));
-  year->needs(period);
-  period->needs(year);
 }
 
 void addScopeOptions(CLI::App& command, ReconcileOptions& options) {
@@ -243,12 +239,13 @@ void addComparison(CLI::App& parent, Run& chosen, Comparison comparison, const c
   addConnectionOptions(*command, options->accountSet);
   addSideOption(*command, options->accountSet);
   addRowAccessOptions(*command, options->accountSet, options->noRowAccess);
-  addPeriodOptions(*command, options->reconcile);
+  addPeriodOptions(*command, options->reconcile.period.year, options->reconcile.period.period,
+                   "Fiscal year; if absent the current one, for initial the first one in use");
   addScopeOptions(*command, options->reconcile);
   addContentOptions(*command, *options);
   addExplainOptions(*command, *options);
-  addLanguageOption(*command, options->accountSet);
-  addFormatOption(*command, options->format);
+  addLanguageOption(*command, options->accountSet.language);
+  addReportFormatOptions(*command, options->format, options->file);
   command->add_flag("--show-sql", options->showSql, "Print the statements on standard error");
   command->callback([options, &chosen] {
     chosen = [options](Streams& streams) { return runReconcile(*options, streams); };

@@ -4,9 +4,11 @@
 #include "cli/commands/commands.h"
 #include "cli/component.h"
 #include "cli/failure.h"
+#include "cli/options.h"
 #include "cli/output/counted.h"
 #include "cli/output/result_rows.h"
 #include "cli/output/result_writer.h"
+#include "cli/report/settlement_report.h"
 #include "cli/settlement/settlement_run.h"
 
 namespace velmora::cli {
@@ -17,8 +19,9 @@ struct Options {
   std::string source, destination;
   std::vector<std::string> groupBy;
   std::string amounts = "both";
-  bool withQuantity = false, fill = false, force = false;
-  std::string out, updatedSource, updatedDestination;
+  bool withQuantity = false, fill = false;
+  ReportFile file;  // --out and --force are the settlement rows' too
+  std::string language = "chs", updatedSource, updatedDestination;
 };
 
 SettlementRun runOf(const Options& options) {
@@ -50,20 +53,31 @@ void writeSummary(std::ostream& out, const SettlementRun& run) {
 }
 
 void writeFiles(const Options& options, const SettlementRun& run) {
-  if (!options.out.empty()) writeTableFile(options.out, *run.table(), options.force);
+  const bool asReport = options.file.form != ReportForm::none;
+  if (!options.file.out.empty() && !asReport)
+    writeTableFile(options.file.out, *run.table(), options.file.replace);
   if (!options.updatedSource.empty())
-    writeTableFile(options.updatedSource, *run.source, options.force);
+    writeTableFile(options.updatedSource, *run.source, options.file.replace);
   if (!options.updatedDestination.empty())
-    writeTableFile(options.updatedDestination, *run.destination, options.force);
+    writeTableFile(options.updatedDestination, *run.destination, options.file.replace);
+}
+
+void writeReportOf(const Options& options, const SettlementRun& run,
+                   const std::vector<std::string>& faults) {
+  explain::Sentences sentences(options.language);
+  writeReport(options.file.out, options.file.form, options.file,
+              settlementReport(run, faults, options.language, options.file, sentences), sentences);
 }
 
 int settle(const Options& options, Streams& streams) {
+  const bool asReport = options.file.form != ReportForm::none && isReport(options.file);
   activateComponent();
   SettlementRun run = runOf(options);
   run.run();
   writeFiles(options, run);
   writeSummary(streams.out, run);
   const auto faults = run.faults();
+  if (asReport) writeReportOf(options, run, faults);
   if (faults.empty()) {
     streams.out
         << "Checked: every document's settled and open amounts add up, every pair agrees.\n";
@@ -81,7 +95,9 @@ void addFiles(CLI::App& command, Options& options) {
       .add_option("--dest", options.destination,
                   "Open destination documents, receipts for instance")
       ->option_text("FILE");
-  command.add_option("--out", options.out, "Write the settlement rows to this file")
+  command
+      .add_option("--out", options.file.out,
+                  "Write the settlement rows, with --format the report, to this file")
       ->option_text("FILE");
   command
       .add_option("--updated-source", options.updatedSource,
@@ -93,7 +109,9 @@ void addFiles(CLI::App& command, Options& options) {
                   "Write the destination documents as they are afterwards")
       ->option_text("FILE")
       ->needs("--dest");
-  command.add_flag("--force", options.force, "Replace files that exist");
+  addFormatOption(command, options.file.form);
+  addReportOptions(command, options.file);
+  addLanguageOption(command, options.language);
 }
 
 }  // namespace

@@ -128,7 +128,7 @@ void addTrace(CLI::App& program, Run& chosen) {
                    "The documents and vouchers of this period alone, one to one")
       ->option_text("PERIOD")
       ->excludes(since);
-  addLanguageOption(*command, options->accountSet);
+  addLanguageOption(*command, options->accountSet.language);
   addFormatOption(*command, options->format);
   command->callback([options, &chosen] {
     chosen = [options](Streams& streams) { return runTrace(*options, streams); };

@@ -6,8 +6,8 @@
 #include <span>
 
 #include "cli/output/counted.h"
-#include "cli/output/display_width.h"
 #include "cli/output/result_rows.h"
+#include "report/display_width.h"
 
 namespace velmora::cli {
 
@@ -30,15 +30,15 @@ std::vector<Group> groupsOf(const Findings& findings) {
 
 void writeGroup(std::ostream& out, Group group, const Style& style) {
   const Finding& first = group.front();
-  const std::string severity = singleLine(first.severityText);
-  out << style.heading(singleLine(first.item)) << " - "
+  const std::string severity = report::singleLine(first.severityText);
+  out << style.heading(report::singleLine(first.item)) << " - "
       << (first.severity == Severity::serious ? style.serious(severity) : style.warning(severity))
       << '\n';
   const auto width = std::to_string(group.back().id).size();
   for (const Finding& finding : group) {
-    out << fmt::format("  {:>{}}  {}\n", finding.id, width, singleLine(finding.message));
+    out << fmt::format("  {:>{}}  {}\n", finding.id, width, report::singleLine(finding.message));
     for (const std::string& remark : finding.remarks)
-      out << fmt::format("  {:>{}}    {}\n", "", width, singleLine(remark));
+      out << fmt::format("  {:>{}}    {}\n", "", width, report::singleLine(remark));
   }
   out << '\n';
 }

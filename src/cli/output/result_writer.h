@@ -9,6 +9,8 @@
 namespace velmora::cli {
 
 enum class Format { table, csv, json };
+/// Forms of a result that is a report in a file of its own.
+enum class ReportForm { none, html, xlsx };
 
 /// A value as table and CSV show it: decimals with all their decimals, bits as 1
 /// and 0, dates as "YYYY-MM-DD" with the time when there is one. Null gives "".

@@ -2,8 +2,8 @@
 #include <ostream>
 #include <vector>
 
-#include "cli/output/display_width.h"
 #include "cli/output/result_writer.h"
+#include "report/display_width.h"
 
 namespace velmora::cli {
 
@@ -31,17 +31,17 @@ bool isNumber(ado::DataTypeEnum type) {
 }
 
 std::string tableText(const Variant& value) {
-  return value.isNull() ? "NULL" : singleLine(cellText(value));
+  return value.isNull() ? "NULL" : report::singleLine(cellText(value));
 }
 
 std::vector<std::size_t> columnWidths(ado::Recordset& rows) {
   std::vector<std::size_t> widths;
   for (std::size_t i = 0; i < rows.fieldCount(); ++i)
-    widths.push_back(displayWidth(singleLine(rows.definition(i).name)));
+    widths.push_back(report::displayWidth(report::singleLine(rows.definition(i).name)));
   if (!rows.BOF()) rows.MoveFirst();
   for (; !rows.EOF_(); rows.MoveNext())
     for (std::size_t i = 0; i < widths.size(); ++i)
-      widths[i] = std::max(widths[i], displayWidth(tableText(rows.GetValue(i))));
+      widths[i] = std::max(widths[i], report::displayWidth(tableText(rows.GetValue(i))));
   return widths;
 }
 
@@ -49,7 +49,7 @@ std::vector<std::size_t> columnWidths(ado::Recordset& rows) {
 class Line {
  public:
   void add(const std::string& text, std::size_t width, bool toTheRight) {
-    const std::size_t padding = width - std::min(width, displayWidth(text));
+    const std::size_t padding = width - std::min(width, report::displayWidth(text));
     if (!first_) blanks_ += kGap;
     first_ = false;
     if (toTheRight) blanks_ += padding;
@@ -74,7 +74,7 @@ void writeTable(std::ostream& out, ado::Recordset& rows, const Style& style) {
   Line names, rule;
   for (std::size_t i = 0; i < widths.size(); ++i) {
     const auto& field = rows.definition(i);
-    names.add(singleLine(field.name), widths[i], isNumber(field.type));
+    names.add(report::singleLine(field.name), widths[i], isNumber(field.type));
     rule.add(std::string(widths[i], '-'), widths[i], false);
   }
   out << style.heading(names.text()) << '\n' << rule.text() << '\n';

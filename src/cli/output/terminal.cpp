@@ -4,7 +4,7 @@
 #include <ostream>
 #include <unistd.h>
 
-#include "cli/output/display_width.h"
+#include "report/display_width.h"
 
 namespace velmora::cli {
 
@@ -41,7 +41,7 @@ void ProgressLine::show(std::string_view text) {
     out_ << text << '\n' << std::flush;
     return;
   }
-  out_ << "\r\033[K" << singleLine(text) << std::flush;
+  out_ << "\r\033[K" << report::singleLine(text) << std::flush;
   shown_ = true;
 }
 

@@ -66,6 +66,11 @@ explain::Explanation explained(const Session& session, const Reconciliation& rec
   });
 }
 
+std::vector<explain::ComparedRow> comparedRows(const Session& session,
+                                               const Reconciliation& reconciliation) {
+  return explain::comparedRows(scopeOf(session, reconciliation), *reconciliation.rows);
+}
+
 std::vector<explain::Match> matched(const Session& session, const Reconciliation& reconciliation) {
   const explain::Scope scope = scopeOf(session, reconciliation);
   return told([&] { return explain::matches(session.connection(), scope); });

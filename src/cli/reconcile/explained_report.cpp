@@ -4,14 +4,13 @@
 #include <array>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
-#include <map>
 #include <ostream>
 
 #include "cli/call/json_text.h"
 #include "cli/output/counted.h"
-#include "cli/output/display_width.h"
 #include "cli/output/result_rows.h"
 #include "explain/sentences.h"
+#include "report/display_width.h"
 
 namespace velmora::cli {
 
@@ -38,22 +37,6 @@ bool showsOriginal(const Reconciliation& reconciliation) {
   return reconciliation.currency.id != 0 || reconciliation.options.byCurrency;
 }
 
-struct ReasonTotal {
-  std::size_t count = 0;
-  Amounts amounts;
-};
-
-std::map<Reason, ReasonTotal> totalsOf(const Explanation& explanation) {
-  std::map<Reason, ReasonTotal> totals;
-  for (const ExplainedRow& row : explanation.rows)
-    for (const RowReason& reason : row.reasons) {
-      ReasonTotal& total = totals[reason.reason];
-      ++total.count;
-      total.amounts += reason.difference;
-    }
-  return totals;
-}
-
 bool isShown(const ExplainedRow& row, const ExplainedForm& form) {
   return form.all || !row.row.difference().isZero();
 }
@@ -62,7 +45,7 @@ std::string rowTitle(const explain::ComparedRow& row, const Reconciliation& reco
   std::string title;
   for (const std::string* part :
        {&row.accountNumber, &row.accountName, &row.itemNumber, &row.itemName})
-    if (!part->empty()) title += (title.empty() ? "" : " ") + singleLine(*part);
+    if (!part->empty()) title += (title.empty() ? "" : " ") + report::singleLine(*part);
   return reconciliation.options.byCurrency ? fmt::format("{}, currency {}", title, row.currency)
                                            : title;
 }
@@ -91,7 +74,7 @@ void writeRow(std::ostream& out, const ExplainedRow& row, const Reconciliation& 
       << (amounts.empty() ? "agrees" : amounts) << '\n';
   for (const RowReason& reason : row.reasons)
     out << "  " << bothCurrencies(reason.difference, row.row.decimals, original) << "\n    "
-        << singleLine(reason.text) << " ["
+        << report::singleLine(reason.text) << " ["
         << fmt::format("{}", fmt::join(namesOf(reason, form), "; ")) << "]\n";
 }
 
@@ -100,7 +83,7 @@ void writeTotals(std::ostream& out, const Explanation& explanation, explain::Sen
   ResultRows lines;
   lines.textColumn("Reason").textColumn("Name").countColumn("Count");
   for (const auto& [name, amount] : kMeasures) lines.amountColumn(name);
-  for (const auto& [reason, total] : totalsOf(explanation)) {
+  for (const auto& [reason, total] : totalsByReason(explanation)) {
     lines.add(explain::codeOf(reason)).add(nameOf(reason, sentences)).add(total.count);
     for (const auto& [name, amount] : kMeasures) lines.add(shown(total.amounts.local.*amount, 2));
   }
@@ -160,6 +143,17 @@ Json rowJson(const ExplainedRow& row, const Reconciliation& reconciliation,
 }
 
 }  // namespace
+
+std::map<Reason, ReasonTotal> totalsByReason(const Explanation& explanation) {
+  std::map<Reason, ReasonTotal> totals;
+  for (const ExplainedRow& row : explanation.rows)
+    for (const RowReason& reason : row.reasons) {
+      ReasonTotal& total = totals[reason.reason];
+      ++total.count;
+      total.amounts += reason.difference;
+    }
+  return totals;
+}
 
 std::string amountsText(const Measures& measures, int decimals) {
   std::string text;
@@ -260,7 +254,7 @@ void writeExplainedJson(std::ostream& out, const Reconciliation& reconciliation,
       if (isShown(row, form)) json["rows"].push_back(rowJson(row, reconciliation, form));
   }
   json["totals"] = Json::array();
-  for (const auto& [reason, total] : totalsOf(explanation)) {
+  for (const auto& [reason, total] : totalsByReason(explanation)) {
     Json item;
     item["reason"] = explain::codeOf(reason);
     item["count"] = total.count;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <map>
 
 #include "cli/closing/finding_reasons.h"
 #include "cli/reconcile/comparison_report.h"
@@ -15,6 +16,13 @@ struct ExplainedForm {
   /// The closing check of the period, whose items the reasons name; nothing: it was not run.
   const FindingReasons* checks = nullptr;
 };
+
+/// How often a reason occurs and what it comes to.
+struct ReasonTotal {
+  std::size_t count = 0;
+  explain::Amounts amounts = {};
+};
+std::map<explain::Reason, ReasonTotal> totalsByReason(const explain::Explanation& explanation);
 
 /// "debit -5.00, balance -5.00": the measures that are not zero.
 std::string amountsText(const explain::Measures& measures, int decimals);

@@ -94,18 +94,27 @@ DictionaryRef filterFor(ado::Connection& connection, const ReconcileOptions& opt
 
 }  // namespace
 
-Reconciliation reconcile(const Session& session, const ReconcileOptions& options) {
+Reconciliation prepared(const Session& session, const ReconcileOptions& options) {
   requireSense(options);
   ado::Connection& connection = session.connection();
   Reconciliation result{completed(connection, options), findCurrency(connection, options.currency),
                         nullptr, nullptr};
   result.filter = filterFor(connection, result.options, result.currency);
+  return result;
+}
+
+void run(const Session& session, Reconciliation& reconciliation) {
   const auto checks = componentObject<_clsInitBalCheck>();
-  const auto answer = options.comparison == Comparison::closing
-                          ? checks->GetClosingAmtCheck(session.dsn(), result.filter)
-                          : checks->GetInitAmtCheck(session.dsn(), result.filter);
+  const auto answer = reconciliation.options.comparison == Comparison::closing
+                          ? checks->GetClosingAmtCheck(session.dsn(), reconciliation.filter)
+                          : checks->GetInitAmtCheck(session.dsn(), reconciliation.filter);
   if (!answer) failFromErrorInfo("the reconciliation");
-  result.rows = answer.as<ado::Recordset>();
+  reconciliation.rows = answer.as<ado::Recordset>();
+}
+
+Reconciliation reconcile(const Session& session, const ReconcileOptions& options) {
+  Reconciliation result = prepared(session, options);
+  run(session, result);
   return result;
 }
 

@@ -35,8 +35,14 @@ struct Reconciliation {
   collections::DictionaryRef filter;  ///< with the statements that were run
 };
 
-/// Runs the comparison. Raises UsageError for options that contradict one another and
-/// Failure naming what the account set does not have, or why it could not be run.
+/// The comparison with its options completed, not yet run. Raises UsageError for options that
+/// contradict one another and Failure naming what the account set does not have.
+Reconciliation prepared(const Session& session, const ReconcileOptions& options);
+
+/// Runs a prepared comparison. Raises Failure telling why it could not be run.
+void run(const Session& session, Reconciliation& reconciliation);
+
+/// Both. Raises as they do.
 Reconciliation reconcile(const Session& session, const ReconcileOptions& options);
 
 }  // namespace velmora::cli

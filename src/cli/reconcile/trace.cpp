@@ -5,11 +5,11 @@
 #include <ostream>
 
 #include "cli/failure.h"
-#include "cli/output/display_width.h"
 #include "cli/output/result_rows.h"
 #include "cli/output/result_writer.h"
 #include "cli/reconcile/explained_report.h"
 #include "explain/sentences.h"
+#include "report/display_width.h"
 
 namespace velmora::cli {
 
@@ -88,8 +88,9 @@ const TracedPeriod* firstDifferent(const Trace& trace) {
 
 std::string accountText(const Trace& trace) {
   const ComparedRow& row = trace.periods.front().row;
-  std::string text = row.accountNumber + " " + singleLine(row.accountName);
-  return row.key.item == 0 ? text : text + ", " + row.itemNumber + " " + singleLine(row.itemName);
+  std::string text = row.accountNumber + " " + report::singleLine(row.accountName);
+  return row.key.item == 0 ? text
+                           : text + ", " + row.itemNumber + " " + report::singleLine(row.itemName);
 }
 
 }  // namespace
@@ -116,7 +117,8 @@ void writeTrace(std::ostream& out, const Trace& trace, const Style& style) {
       const Measures& amounts = reason.difference.local;
       const bool putRight = !amounts.opening.isZero() && amounts.balance.isZero();
       out << "  " << (putRight ? "put right: " : "") << amountsText(amounts, period.row.decimals)
-          << "\n    " << singleLine(reason.text) << " [" << explain::codeOf(reason.reason) << "]\n";
+          << "\n    " << report::singleLine(reason.text) << " [" << explain::codeOf(reason.reason)
+          << "]\n";
     }
   }
   const TracedPeriod* first = firstDifferent(trace);

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/report/report_file.h"
+#include "cli/report/sections.h"
+
+namespace velmora::cli {
+
+/// What a closing dossier is asked for.
+struct DossierOptions {
+  AccountSetOptions accountSet;
+  bool receivables = true, payables = true;  ///< the sides
+  Period period;                             ///< 0: the current one of each side
+  bool showAll = false, noRowAccess = false;
+};
+
+/// A side with the check of its initial data.
+struct DossierSide {
+  CheckedSide checked;
+  CheckReport initial;
+};
+
+/// The books as they were checked.
+struct Dossier {
+  std::vector<std::unique_ptr<DossierSide>> sides;
+  CheckReport accounts;
+  std::vector<std::string> limits;  ///< what was left out, and why
+
+  bool blocked() const;
+};
+
+/// Tells what is being worked out.
+using DossierProgress = std::function<void(const std::string&)>;
+
+/// Runs all checks. A side without a current period is left out when both are asked for. Raises
+/// Failure telling why a check could not be run; notes go to `err`.
+Dossier makeDossier(const DossierOptions& options, std::ostream& err,
+                    const DossierProgress& progress);
+
+/// The dossier as a report.
+report::Report reportOf(const Dossier& dossier, const DossierOptions& options,
+                        const ReportFile& file, explain::Sentences& sentences);
+
+}  // namespace velmora::cli
