@@ -65,7 +65,9 @@ constexpr std::string_view kContactEarlier = "自 %1 期结转：该期往来余
 constexpr std::string_view kLedgerText = "科目余额与凭证合计不一致：请检查总账的科目余额。";
 constexpr std::string_view kLedgerEarlier = "自 %1 期结转：该期科目余额与凭证合计不一致。";
 
-class Explainer {
+}  // namespace
+
+class Inquiry::Explainer {
  public:
   Explainer(ado::Connection& connection, const Scope& scope) : connection_(connection) {
     requireTables(connection);
@@ -90,12 +92,13 @@ class Explainer {
                                          "offsets of advances could not be looked for");
   }
 
+  void ask() { found_ = readFindings(connection_, terms_); }
+
   Explanation all(ado::Recordset& rows, ado::Recordset* withoutEstimates) {
     std::vector<ComparedRow> compared = comparedRows(terms_.scope, rows);
     if (withoutEstimates != nullptr)
       for (const ComparedRow& row : comparedRows(terms_.scope, *withoutEstimates))
         withoutEstimates_.emplace(row.key, row.own);
-    found_ = readFindings(connection_, terms_);
     std::map<RowKey, std::vector<const Gap*>> gaps;
     for (const Gap& gap : found_.gaps) gaps[gap.row].push_back(&gap);
     Sentences sentences(terms_.scope.language);
@@ -258,15 +261,25 @@ class Explainer {
   std::vector<std::string> notes_;
 };
 
-}  // namespace
+Inquiry::Inquiry(ado::Connection& connection, const Scope& scope)
+    : explainer_(std::make_unique<Explainer>(connection, scope)) {
+  explainer_->ask();
+}
+Inquiry::Inquiry(Inquiry&& other) noexcept = default;
+Inquiry& Inquiry::operator=(Inquiry&& other) noexcept = default;
+Inquiry::~Inquiry() = default;
+
+Explanation Inquiry::explain(ado::Recordset& rows, ado::Recordset* withoutEstimates) {
+  return explainer_->all(rows, withoutEstimates);
+}
 
 std::vector<Match> matches(ado::Connection& connection, const Scope& scope) {
-  return Explainer(connection, scope).matched();
+  return Inquiry::Explainer(connection, scope).matched();
 }
 
 Explanation explain(ado::Connection& connection, const Scope& scope, ado::Recordset& rows,
                     ado::Recordset* withoutEstimates) {
-  return Explainer(connection, scope).all(rows, withoutEstimates);
+  return Inquiry(connection, scope).explain(rows, withoutEstimates);
 }
 
 }  // namespace velmora::explain

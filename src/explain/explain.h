@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "explain/explanation.h"
@@ -27,6 +28,25 @@ struct Match {
   Decimal ledger, own;  ///< of the period, signed, in local currency
 
   bool agrees() const { return reason.difference.isZero(); }
+};
+
+/// What the database tells of the differences of a comparison, whose rows it does without: it can
+/// be asked beside the comparison itself, on a connection of its own.
+class Inquiry {
+ public:
+  /// Asks. Raises what the database raises. `connection` outlives this.
+  Inquiry(ado::Connection& connection, const Scope& scope);
+  Inquiry(Inquiry&& other) noexcept;
+  Inquiry& operator=(Inquiry&& other) noexcept;
+  ~Inquiry();
+
+  /// As explain() for the same scope, once.
+  Explanation explain(ado::Recordset& rows, ado::Recordset* withoutEstimates = nullptr);
+
+ private:
+  class Explainer;
+  friend std::vector<Match> matches(ado::Connection& connection, const Scope& scope);
+  std::unique_ptr<Explainer> explainer_;
 };
 
 /// What ledger and documents have in the period of `scope`, which is narrowed to one account

@@ -67,10 +67,12 @@ std::unique_ptr<CheckedSide> explainedSide(Streams& streams, const Session& sess
   asked.receivables = report.receivables;
   asked.period = report.period;
   asked.accounts = options.accounts;
-  Reconciliation comparison = reconcile(session, asked);
+  Reconciliation comparison = prepared(session, asked);
+  auto inquiry = startInquiry(session, comparison);
+  run(session, comparison);
   line.clear();
   settleRowAccess(options.noRowAccess, streams.err);
-  explain::Explanation explanation = explained(session, comparison);
+  explain::Explanation explanation = explained(session, comparison, std::move(inquiry));
   for (const std::string& note : explanation.notes) streams.err << "note: " << note << '\n';
   return std::make_unique<CheckedSide>(std::move(report), std::move(comparison),
                                        std::move(explanation), session.language());

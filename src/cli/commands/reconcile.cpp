@@ -94,8 +94,14 @@ std::future<ClosingReport> closingCheckBeside(const Session& session,
   return startClosingCheck(session, closing);
 }
 
-/// What it found; nothing where it could not be run: books that it cannot check are explained
-/// all the same.
+/// What runs beside a comparison that is to be explained.
+struct Beside {
+  std::future<ClosingReport> closing;
+  std::future<explain::Inquiry> inquiry;
+};
+
+/// What the closing check found; nothing where it could not be run: books that it cannot check are
+/// explained all the same.
 std::optional<Findings> findingsOf(std::future<ClosingReport>& closing, std::ostream& err) {
   if (!closing.valid()) return std::nullopt;
   try {
@@ -109,12 +115,13 @@ std::optional<Findings> findingsOf(std::future<ClosingReport>& closing, std::ost
 
 void writeExplanation(Streams& streams, const Session& session,
                       const Reconciliation& reconciliation, const ComparisonSummary& summary,
-                      const Options& options, std::future<ClosingReport>& closing) {
-  const explain::Explanation explanation = explained(session, reconciliation);
+                      const Options& options, Beside& beside) {
+  const explain::Explanation explanation =
+      explained(session, reconciliation, std::move(beside.inquiry));
   for (const std::string& note : explanation.notes) streams.err << "note: " << note << '\n';
   ExplainedForm form = options.form;
   std::optional<FindingReasons> checks;
-  if (const auto findings = findingsOf(closing, streams.err))
+  if (const auto findings = findingsOf(beside.closing, streams.err))
     form.checks = &checks.emplace(*findings, explanation, session.language());
   const std::string verdict = title(reconciliation) + ": " + summary.text + ".";
   if (isReport(options.file))
@@ -157,8 +164,9 @@ int runReconcile(const Options& options, Streams& streams) {
   asked.receivables = options.accountSet.receivables;
   narrow(asked, options);
   Reconciliation reconciliation = prepared(session, asked);
-  std::future<ClosingReport> closing;
-  if (options.explain) closing = closingCheckBeside(session, reconciliation);
+  Beside beside;
+  if (options.explain)
+    beside = {closingCheckBeside(session, reconciliation), startInquiry(session, reconciliation)};
   run(session, reconciliation);
   settleRowAccess(options.noRowAccess, streams.err);
   if (options.showSql) writeStatements(streams.err, *reconciliation.filter);
@@ -166,7 +174,7 @@ int runReconcile(const Options& options, Streams& streams) {
     streams.err << "note: estimates are kept in local currency; they do not count here\n";
   const ComparisonSummary summary = summaryOf(reconciliation);
   if (options.explain) {
-    writeExplanation(streams, session, reconciliation, summary, options, closing);
+    writeExplanation(streams, session, reconciliation, summary, options, beside);
   } else {
     if (options.onlyDifferences) keepDifferences(reconciliation);
     writeResult(streams, session, reconciliation, summary, options);

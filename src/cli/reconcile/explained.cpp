@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "cli/failure.h"
+#include "velmora/com/cancellation.h"
 #include "velmora/com/error.h"
 
 namespace velmora::cli {
@@ -53,17 +54,28 @@ auto told(Ask ask) {
 
 }  // namespace
 
-explain::Explanation explained(const Session& session, const Reconciliation& reconciliation) {
-  const explain::Scope scope = scopeOf(session, reconciliation);
+std::future<explain::Inquiry> startInquiry(const Session& session, const Reconciliation& prepared) {
+  return std::async(
+      std::launch::async,
+      [&session, scope = scopeOf(session, prepared)](const std::stop_token& cancelled) {
+        const com::CancellationScope cancellation(cancelled);
+        return explain::Inquiry(session.connection(), scope);
+      },
+      com::CurrentCancellation());
+}
+
+explain::Explanation explained(const Session& session, const Reconciliation& reconciliation,
+                               std::future<explain::Inquiry> inquiry) {
   ado::RecordsetRef without;
   if (reconciliation.options.estimates || reconciliation.options.outsourcing) {
-    ReconcileOptions options = reconciliation.options;
-    options.estimates = options.outsourcing = false;
-    without = reconcile(session, options).rows;
+    Reconciliation plain = reconciliation;
+    plain.filter = reconciliation.filter->Clone();
+    plain.filter->Set("bZanGu", false);
+    plain.filter->Set("bWeiWai", false);
+    run(session, plain);
+    without = plain.rows;
   }
-  return told([&] {
-    return explain::explain(session.connection(), scope, *reconciliation.rows, without.get());
-  });
+  return told([&] { return inquiry.get().explain(*reconciliation.rows, without.get()); });
 }
 
 std::vector<explain::ComparedRow> comparedRows(const Session& session,

@@ -41,8 +41,10 @@ bool isOfPeriod(const RowReason& reason) {
 
 TracedPeriod traced(const Session& session, ReconcileOptions options, Period period) {
   options.period = period;
-  const Reconciliation reconciliation = reconcile(session, options);
-  auto explanation = explained(session, reconciliation);
+  Reconciliation reconciliation = prepared(session, options);
+  auto inquiry = startInquiry(session, reconciliation);
+  run(session, reconciliation);
+  auto explanation = explained(session, reconciliation, std::move(inquiry));
   if (explanation.rows.empty())
     throw Failure("the comparison answers no row for this account and contact");
   explain::ExplainedRow& row = explanation.rows.front();

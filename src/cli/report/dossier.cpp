@@ -45,11 +45,12 @@ std::unique_ptr<DossierSide> checkSide(const Session& session, bool receivables,
   progress(name + ": closing check, comparison with the ledger");
   Reconciliation comparison = prepared(session, asked);
   auto closing = startClosingCheck(session, closingOptions(comparison, options.showAll));
+  auto inquiry = startInquiry(session, comparison);
   run(session, comparison);
   if (options.noRowAccess && undecidedRowAccess()) dossier.limits.push_back(noRowAccessNote());
   settleRowAccess(options.noRowAccess, err);
   progress(name + ": why the ledger differs");
-  explain::Explanation explanation = explained(session, comparison);
+  explain::Explanation explanation = explained(session, comparison, std::move(inquiry));
   for (const std::string& note : explanation.notes) {
     err << "note: " << note << '\n';
     dossier.limits.push_back(note);
