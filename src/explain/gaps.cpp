@@ -288,7 +288,7 @@ class Reader {
 
   void readOffsets() {
     const std::string sql = fmt::format(
-        "select c.FID, max(c.FExplanation), max(c.FCheckDate), max(p.FYear), max(p.FPeriod), "
+        "select c.FID, max(c.FCheckDate), max(p.FYear), max(p.FPeriod), "
         "max(c.FVoucherID), max(c.FCustomer), max(c.FCurrencyID), max(isnull(i.FNumber,'')) "
         "from (select FDocumentID as FID from #ExplainGap where FSource = {} union select n.FID "
         "from t_rp_NewCheckInfo n inner join {} on k.FVoucherID = n.FVoucherID) x inner join "
@@ -300,7 +300,6 @@ class Reader {
       Document document;
       document.source = kSettlementSource;
       document.ref.id = cells.number();
-      document.ref.type = cells.text();
       document.ref.settlement = document.ref.id;
       document.ref.number = std::to_string(document.ref.id);
       document.ref.date = cells.date();

@@ -145,6 +145,16 @@ bool Recognition::mayNotBeShown(const Document* document) const {
   return terms_.access.restricts() && !terms_.scope.detail;
 }
 
+DocumentRef Recognition::named(const Document& document) {
+  DocumentRef ref = document.ref;
+  if (document.source == kSettlementSource)
+    ref.type = sentences_.of(terms_.scope.receivables ? "预收冲应收" : "预付冲应付");
+  if (ref.contactType == kBadDebt) ref.type = sentences_.of("坏账");
+  if (ref.contactType == kTransfer) ref.type = sentences_.of("转账");
+  if (ref.contactType == kReturnedBill) ref.type = sentences_.of("退票");
+  return ref;
+}
+
 RowReason Recognition::of(const Gap& gap, int decimals) {
   RowReason told;
   told.difference = gap.amounts;
@@ -155,11 +165,8 @@ RowReason Recognition::of(const Gap& gap, int decimals) {
     return told;
   }
   if (document != nullptr) {
-    told.document = document->ref;
+    told.document = named(*document);
     told.documents = 1;
-    if (document->ref.contactType == kBadDebt) told.document->type = sentences_.of("坏账");
-    if (document->ref.contactType == kTransfer) told.document->type = sentences_.of("转账");
-    if (document->ref.contactType == kReturnedBill) told.document->type = sentences_.of("退票");
   }
   const Voucher* voucher = voucherOf(gap);
   if (voucher != nullptr) {
@@ -168,7 +175,7 @@ RowReason Recognition::of(const Gap& gap, int decimals) {
     // Those of other contacts have nothing to do with the row, and may be very many.
     if (document != nullptr && (gap.row.item == 0 || document->item == gap.row.item))
       for (const Document* other : documentsOf(gap))
-        if (other != document && !other->hidden) told.furtherDocuments.push_back(other->ref);
+        if (other != document && !other->hidden) told.furtherDocuments.push_back(named(*other));
   }
   if (gap.source == kInitialSource) {
     told.reason = Reason::initialData;

@@ -24,6 +24,9 @@ class Recognition {
   /// The other row that the voucher, or its documents, show in.
   const Gap* counterpart(const Gap& gap) const;
 
+  /// As the reader calls it: what the account set itself calls it is in its own language.
+  DocumentRef named(const Document& document);
+
   void tellDocumentAlone(const Gap& gap, RowReason& told);
   void tellMissingVoucher(RowReason& told);
   void tellVoucherAlone(const Gap& gap, const Voucher& voucher, RowReason& told);

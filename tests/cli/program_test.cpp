@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "cli/failure.h"
-#include "running_program.h"
+#include "demo_set.h"
 
 namespace velmora::cli {
 namespace {
@@ -15,18 +15,8 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-/// The small demonstration set, made once for all tests.
-class ProgramTest : public testing::Test {
+class ProgramTest : public DemoSet {
  protected:
-  static void SetUpTestSuite() {
-    folder_ = new TestFolder;
-    created_ = runVelmora({"demo", "create", demo()});
-  }
-  static void TearDownTestSuite() { delete folder_; }
-
-  void SetUp() override { ASSERT_EQ(created_.status, kOk) << created_.err; }
-
-  static std::string demo() { return folder_->file("demo.db"); }
   static std::string dsn() {
     return "ConnectString={Provider=Velmora.Embedded;Data Source=" + demo() +
            ";Mode=Read};UserName=li;LANGUAGE=EN;SubID=AR;AcctType=;Q8Version=;DBMS Name=;"
@@ -36,9 +26,6 @@ class ProgramTest : public testing::Test {
     arguments.insert(arguments.begin() + 1, {"--db", demo()});
     return runVelmora(arguments);
   }
-
-  static inline TestFolder* folder_ = nullptr;
-  static inline Finished created_;
 };
 
 TEST_F(ProgramTest, DemoTellsWhatItPlantedAndKeepsAnExistingFile) {

@@ -9,7 +9,7 @@
 #include <valijson/validator.hpp>
 
 #include "cli/failure.h"
-#include "running_program.h"
+#include "demo_set.h"
 
 namespace velmora::cli {
 namespace {
@@ -38,24 +38,13 @@ std::string schemaFaults(const ordered_json& json) {
   return told;
 }
 
-class Reconcile : public testing::Test {
+class Reconcile : public DemoSet {
  protected:
-  static void SetUpTestSuite() {
-    folder_ = new TestFolder;
-    created_ = runVelmora({"demo", "create", demo()});
-  }
-  static void TearDownTestSuite() { delete folder_; }
-  void SetUp() override { ASSERT_EQ(created_.status, kOk) << created_.err; }
-
-  static std::string demo() { return folder_->file("demo.db"); }
   static Finished run(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "reconcile");
     arguments.insert(arguments.begin() + 2, {"--db", demo()});
     return runVelmora(arguments);
   }
-
-  static inline TestFolder* folder_ = nullptr;
-  static inline Finished created_;
 };
 
 TEST_F(Reconcile, ShowsBothLedgersSideBySide) {

@@ -9,7 +9,7 @@
 #include <sys/resource.h>
 
 #include "cli/failure.h"
-#include "running_program.h"
+#include "demo_set.h"
 
 namespace velmora::cli {
 namespace {
@@ -38,16 +38,8 @@ std::string grouped(std::string amount) {
   return amount;
 }
 
-class Report : public testing::Test {
+class Report : public DemoSet {
  protected:
-  static void SetUpTestSuite() {
-    folder_ = new TestFolder;
-    created_ = runVelmora({"demo", "create", demo()});
-  }
-  static void TearDownTestSuite() { delete folder_; }
-  void SetUp() override { ASSERT_EQ(created_.status, kOk) << created_.err; }
-
-  static std::string demo() { return folder_->file("demo.db"); }
   /// `command` in words, on the demonstration set.
   static Finished run(const std::string& command,
                       const std::vector<std::string>& environment = {}) {
@@ -57,9 +49,6 @@ class Report : public testing::Test {
     arguments.insert(arguments.end(), {"--db", demo()});
     return runVelmora(arguments, {}, environment);
   }
-
-  static inline TestFolder* folder_ = nullptr;
-  static inline Finished created_;
 };
 
 TEST_F(Report, DossierHasWhatTheChecksAnswer) {
@@ -74,12 +63,14 @@ TEST_F(Report, DossierHasWhatTheChecksAnswer) {
                           HasSubstr("audit these documents"), Not(HasSubstr(folder_->file("")))));
   for (const std::string side : {"ar", "ap"}) {
     const auto found = run("close-check --format json --lang EN --side " + side);
-    for (const auto& finding : ordered_json::parse(found.out)["findings"])
+    const auto compared = run("reconcile period --explain --format json --lang EN --side " + side);
+    const auto check = ordered_json::parse(found.out), ledger = ordered_json::parse(compared.out);
+    EXPECT_FALSE(check["findings"].empty() || ledger["rows"].empty());
+    for (const auto& finding : check["findings"])
       EXPECT_THAT(text,
                   HasSubstr("id=" + side + "-finding-" + std::to_string(finding["id"].get<int>())));
-    const auto compared = run("reconcile period --explain --format json --lang EN --side " + side);
     std::size_t reasons = 0;
-    for (const auto& row : ordered_json::parse(compared.out)["rows"]) {
+    for (const auto& row : ledger["rows"]) {
       for (const auto& [measure, amount] : row["difference"].items())
         EXPECT_THAT(text, HasSubstr(">" + grouped(amount) + "<"));
       for (const auto& reason : row["reasons"]) {

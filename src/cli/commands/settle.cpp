@@ -77,7 +77,10 @@ int settle(const Options& options, Streams& streams) {
   writeFiles(options, run);
   writeSummary(streams.out, run);
   const auto faults = run.faults();
-  if (asReport) writeReportOf(options, run, faults);
+  if (asReport) {
+    writeReportOf(options, run, faults);
+    streams.out << "written: " << options.file.out << '\n';
+  }
   if (faults.empty()) {
     streams.out
         << "Checked: every document's settled and open amounts add up, every pair agrees.\n";

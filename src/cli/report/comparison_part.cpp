@@ -244,7 +244,10 @@ class Bars {
       chart.title = sentences.of("%1（最大的 %2 个，共 %3 个）",
                                  {title, std::to_string(kBars), std::to_string(bars_.size())});
     }
-    for (report::Bar& bar : chart.bars) bar.text = shown(bar.amount, kDecimals).toString();
+    for (report::Bar& bar : chart.bars) {
+      bar.amount = shown(bar.amount, kDecimals);
+      bar.text = bar.amount.toString();
+    }
     return chart;
   }
 

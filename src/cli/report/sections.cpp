@@ -89,10 +89,13 @@ Section comparisonHead(const Reconciliation& reconciliation,
   section.title =
       titled(options.receivables, options.period, subjectOf(options.comparison), sentences);
   section.summary = differenceText(reconciliation, rows, sentences);
-  const Paragraph verdict = verdictOf(reconciliation, rows, sentences);
-  section.tone = verdict.tone;
-  section.blocks.emplace_back(verdict);
+  section.tone = verdictOf(reconciliation, rows, sentences).tone;
   return section;
+}
+
+std::string mayCloseText(const ClosingReport& report, Sentences& sentences) {
+  return sentences.of(report.mayClose ? "%1 %2：可以结账。" : "%1 %2：不可以结账。",
+                      {sideName(report.receivables, sentences), toString(report.period)});
 }
 
 Findings chosen(const Findings& findings, bool vouchers, Sentences& sentences) {
@@ -135,10 +138,7 @@ std::vector<explain::ComparedRow> rowsOf(const explain::Explanation& explanation
 }
 
 Paragraph verdictOf(const ClosingReport& report, Sentences& sentences) {
-  const std::string side = sideName(report.receivables, sentences);
-  const char* text = report.mayClose ? "%1 %2：可以结账。" : "%1 %2：不可以结账。";
-  return {sentences.of(text, {side, toString(report.period)}) + " " +
-              countsOf(report.findings, sentences),
+  return {mayCloseText(report, sentences) + " " + countsOf(report.findings, sentences),
           report.mayClose ? Tone::good : Tone::serious};
 }
 
@@ -184,13 +184,13 @@ Section closingSection(const ClosingReport& report, const CheckedSide* side, Sen
   const Places& places = side == nullptr ? alone : side->places;
   const Findings findings =
       side == nullptr ? report.findings : withoutVouchers(report.findings, sentences);
-  const Paragraph verdict = verdictOf(report, sentences);
   Section section;
   section.id = sideCode(report.receivables) + "-closing";
   section.title = titled(report.receivables, report.period, "结账检查", sentences);
   section.summary = countsOf(findings, sentences);
-  section.tone = verdict.tone;
-  section.blocks.emplace_back(verdict);
+  section.tone = toneOf(findings);
+  section.blocks.emplace_back(
+      Paragraph{mayCloseText(report, sentences), report.mayClose ? Tone::good : Tone::serious});
   if (findings.empty()) return section;
   section.blocks.emplace_back(findingsChart(findings, section.id + "-items", places, sentences));
   section.blocks.emplace_back(
@@ -207,7 +207,6 @@ Section vouchersSection(const CheckedSide& side, Sentences& sentences) {
   section.title = titled(report.receivables, report.period, "没有单据的凭证", sentences);
   section.summary = countsOf(findings, sentences);
   section.tone = toneOf(findings);
-  section.blocks.emplace_back(Paragraph{section.summary, section.tone});
   if (findings.empty()) return section;
   section.blocks.emplace_back(
       findingsTable(findings, {section.id + "-findings", section.title, sentences.of("检查项")},
@@ -250,7 +249,6 @@ Section checkSection(const CheckReport& report, const std::string& title, Senten
   section.title = title;
   section.summary = countsOf(report.findings, sentences);
   section.tone = toneOf(report.findings);
-  section.blocks.emplace_back(Paragraph{section.summary, section.tone});
   if (report.findings.empty()) return section;
   const char* item = report.side.empty() ? "核算项目类别" : "检查项";
   section.blocks.emplace_back(findingsTable(report.findings,

@@ -259,12 +259,18 @@ void Summary::block(const Table& table) {
   TableLayout& layout = own_.back();
   placeAt(layout, 0, row(), places_);
   for (std::size_t i = 0; i < layout.columns.size(); ++i)
-    if (table.columns[i].kind != Kind::text) widen(layout.levels + i, layout.columns[i].width);
+    widen(layout.levels + i, layout.columns[i].width);
   if (layout.grouped) addBlank();  // written with the heads
   lines_.emplace_back(
       [&layout, this](Sheet& sheet, std::uint32_t) { writeHeads(sheet, layout, words_); });
   for (const Row& each : table.rows)
-    lines_.emplace_back([&](Sheet& sheet, std::uint32_t at) { writeRow(sheet, layout, each, at); });
+    lines_.emplace_back([&, this](Sheet& sheet, std::uint32_t at) {
+      std::vector<Piece> pieces;
+      for (std::size_t i = 0; i < each.cells.size(); ++i)
+        pieces.push_back({layout.levels + i, layout.levels + i, each.cells[i]});
+      if (const double height = heightOf(pieces); height > kLineHeight) sheet.setHeight(at, height);
+      writeRow(sheet, layout, each, at);
+    });
   if (!table.rows.empty())
     lines_.emplace_back([&](Sheet& sheet, std::uint32_t at) {
       addDifferenceRules(sheet, layout, layout.table->rows.size());
@@ -277,7 +283,10 @@ void Summary::block(const Chart& chart) {
   places_.add(chart.id, here());
   addText(chart.title, {.look = Look::strong});
   const std::uint32_t first = row();
-  for (const Bar& bar : chart.bars) widen(1, widthOf(bar.amount));
+  for (const Bar& bar : chart.bars) {
+    widen(0, displayWidth(bar.label));
+    widen(1, widthOf(bar.amount));
+  }
   for (const Bar& bar : chart.bars)
     add({{0, 0, References{{bar.label, bar.target}}, {.tone = bar.tone, .marked = true}},
          {1, 1, bar.amount},
