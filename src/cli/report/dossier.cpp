@@ -57,9 +57,8 @@ std::unique_ptr<DossierSide> checkSide(const Session& session, bool receivables,
   }
   progress(name + ": initial data");
   CheckReport initial = runInitCheck(session.dsn(), receivables, session.language());
-  return std::unique_ptr<DossierSide>(new DossierSide{
-      {closing.get(), std::move(comparison), std::move(explanation), session.language()},
-      std::move(initial)});
+  return std::make_unique<DossierSide>(closing.get(), std::move(comparison), std::move(explanation),
+                                       std::move(initial), session.language());
 }
 
 /// Whether the side is in use, where the current period is asked for.

@@ -22,6 +22,11 @@ struct DossierOptions {
 struct DossierSide {
   CheckedSide checked;
   CheckReport initial;
+
+  DossierSide(ClosingReport closing, Reconciliation comparison, explain::Explanation explanation,
+              CheckReport initialData, const std::string& language)
+      : checked(std::move(closing), std::move(comparison), std::move(explanation), language),
+        initial(std::move(initialData)) {}
 };
 
 /// The books as they were checked.

@@ -6,7 +6,6 @@ namespace velmora::cli {
 
 namespace {
 
-using collections::Decimal;
 using collections::Dictionary;
 using collections::Variant;
 using explain::Sentences;
