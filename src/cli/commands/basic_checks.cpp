@@ -32,13 +32,13 @@ void writeReportOf(Streams& streams, const Session& session, const CheckReport& 
 /// Runs `check(dsn, language)` on the account set that the options name.
 template <class Check>
 int runCheck(const Options& options, Streams& streams, Check check) {
-  const bool asReport = isReport(options.file);
+  requireFile(options.file);
   activateComponent();
   const Session session(options.accountSet);
   requireAccountSet(session.connection());
   const std::string dsn = options.showSql ? showingSql(session, streams.err) : session.dsn();
   const CheckReport report = check(dsn, session.language());
-  if (asReport)
+  if (options.file.wanted())
     writeReportOf(streams, session, report, options.file);
   else
     writeReport(streams.out, streams.err, report, options.format);

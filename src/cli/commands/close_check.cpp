@@ -81,7 +81,7 @@ std::unique_ptr<CheckedSide> explainedSide(Streams& streams, const Session& sess
 /// `side` is the report explained, where that is asked for.
 void writeResult(Streams& streams, const Session& session, const ClosingReport& report,
                  const CheckedSide* side, const Options& options) {
-  if (isReport(options.file)) {
+  if (options.file.wanted()) {
     explain::Sentences sentences(session.language());
     writeReport(options.file.out, options.file.form, options.file,
                 closingReport(session, report, side, options.file, sentences), sentences);
@@ -96,7 +96,7 @@ void writeResult(Streams& streams, const Session& session, const ClosingReport& 
 }
 
 int closeCheck(const Options& options, Streams& streams) {
-  static_cast<void>(isReport(options.file));
+  requireFile(options.file);
   activateComponent();
   const Session session(options.accountSet);
   requireAccountSet(session.connection());

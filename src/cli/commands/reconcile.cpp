@@ -67,7 +67,7 @@ void writeResult(Streams& streams, const Session& session, const Reconciliation&
                  const ComparisonSummary& summary, const Options& options) {
   const Format format = options.format;
   const std::string verdict = title(reconciliation) + ": " + summary.text + ".";
-  if (isReport(options.file))
+  if (options.file.wanted())
     return writeReportOf(streams, session, reconciliation, nullptr, nullptr, verdict, options.file);
   if (format == Format::table) {
     const Style style = Style::forOutput();
@@ -124,7 +124,7 @@ void writeExplanation(Streams& streams, const Session& session,
   if (const auto findings = findingsOf(beside.closing, streams.err))
     form.checks = &checks.emplace(*findings, explanation, session.language());
   const std::string verdict = title(reconciliation) + ": " + summary.text + ".";
-  if (isReport(options.file))
+  if (options.file.wanted())
     return writeReportOf(streams, session, reconciliation, &explanation, form.checks, verdict,
                          options.file);
   if (options.format == Format::table) {
@@ -156,7 +156,7 @@ void narrow(ReconcileOptions& asked, const Options& options) {
 }
 
 int runReconcile(const Options& options, Streams& streams) {
-  static_cast<void>(isReport(options.file));
+  requireFile(options.file);
   activateComponent();
   const Session session(options.accountSet);
   requireAccountSet(session.connection());

@@ -35,9 +35,11 @@ int makeReport(const Options& options, Streams& streams) {
   const auto progress = [&line](const std::string& text) {
     if (errorIsTerminal()) line.show(text);
   };
-  const Dossier dossier = makeDossier(options.dossier, streams.err, progress);
-  explain::Sentences sentences(Session(options.dossier.accountSet).language());
-  const report::Report report = reportOf(dossier, options.dossier, options.page, sentences);
+  const Session session(options.dossier.accountSet);
+  const Dossier dossier = makeDossier(session, options.dossier, streams.err, progress);
+  explain::Sentences sentences(session.language());
+  const report::Report report =
+      reportOf(session, dossier, options.dossier, options.page, sentences);
   progress("writing");
   if (!options.page.out.empty())
     writeReport(options.page.out, ReportForm::html, options.page, report, sentences);

@@ -53,8 +53,7 @@ void writeSummary(std::ostream& out, const SettlementRun& run) {
 }
 
 void writeFiles(const Options& options, const SettlementRun& run) {
-  const bool asReport = options.file.form != ReportForm::none;
-  if (!options.file.out.empty() && !asReport)
+  if (!options.file.out.empty() && !options.file.wanted())
     writeTableFile(options.file.out, *run.table(), options.file.replace);
   if (!options.updatedSource.empty())
     writeTableFile(options.updatedSource, *run.source, options.file.replace);
@@ -70,14 +69,14 @@ void writeReportOf(const Options& options, const SettlementRun& run,
 }
 
 int settle(const Options& options, Streams& streams) {
-  const bool asReport = options.file.form != ReportForm::none && isReport(options.file);
+  if (options.file.wanted()) requireFile(options.file);
   activateComponent();
   SettlementRun run = runOf(options);
   run.run();
   writeFiles(options, run);
   writeSummary(streams.out, run);
   const auto faults = run.faults();
-  if (asReport) {
+  if (options.file.wanted()) {
     writeReportOf(options, run, faults);
     streams.out << "written: " << options.file.out << '\n';
   }

@@ -175,33 +175,31 @@ bool Dossier::blocked() const {
                              [](const auto& side) { return !side->checked.closing.mayClose; });
 }
 
-Dossier makeDossier(const DossierOptions& options, std::ostream& err,
+Dossier makeDossier(const Session& session, const DossierOptions& options, std::ostream& err,
                     const DossierProgress& progress) {
+  requireAccountSet(session.connection());
   Dossier dossier;
   const bool both = options.receivables && options.payables;
-  std::string language;
   for (const bool receivables : {true, false}) {
     if (!(receivables ? options.receivables : options.payables)) continue;
-    const Session session(ofSide(options.accountSet, receivables));
-    if (dossier.sides.empty()) requireAccountSet(session.connection());
-    if (std::string reason; both && !hasPeriod(session, receivables, options, reason)) {
+    const Session own(ofSide(options.accountSet, receivables));
+    if (std::string reason; both && !hasPeriod(own, receivables, options, reason)) {
       dossier.limits.push_back((receivables ? "receivables: " : "payables: ") + reason);
       continue;
     }
-    dossier.sides.push_back(checkSide(session, receivables, options, dossier, err, progress));
+    dossier.sides.push_back(checkSide(own, receivables, options, dossier, err, progress));
   }
   if (dossier.sides.empty())
     throw Failure(
         "neither side of this account set has a current period; give --year and --period");
   progress("accounts");
-  const Session session(options.accountSet);
   dossier.accounts = runAccountCheck(session.dsn(), session.language());
   return dossier;
 }
 
-report::Report reportOf(const Dossier& dossier, const DossierOptions& options,
-                        const ReportFile& file, Sentences& sentences) {
-  const Session session(options.accountSet);
+report::Report reportOf(const Session& session, const Dossier& dossier,
+                        const DossierOptions& options, const ReportFile& file,
+                        Sentences& sentences) {
   report::Report report =
       newReport(file, session.language(), sentences.of("%1 期结账报告", {periodsOf(dossier)}),
                 subjectOf(session));

@@ -41,13 +41,15 @@ struct Dossier {
 /// Tells what is being worked out.
 using DossierProgress = std::function<void(const std::string&)>;
 
-/// Runs all checks. A side without a current period is left out when both are asked for. Raises
-/// Failure telling why a check could not be run; notes go to `err`.
-Dossier makeDossier(const DossierOptions& options, std::ostream& err,
+/// Runs all checks. `session` keeps the account set open between them. A side without a current
+/// period is left out when both are asked for. Raises Failure telling why a check could not be run;
+/// notes go to `err`.
+Dossier makeDossier(const Session& session, const DossierOptions& options, std::ostream& err,
                     const DossierProgress& progress);
 
 /// The dossier as a report.
-report::Report reportOf(const Dossier& dossier, const DossierOptions& options,
-                        const ReportFile& file, explain::Sentences& sentences);
+report::Report reportOf(const Session& session, const Dossier& dossier,
+                        const DossierOptions& options, const ReportFile& file,
+                        explain::Sentences& sentences);
 
 }  // namespace velmora::cli

@@ -14,6 +14,8 @@ namespace velmora::cli {
 /// reasons of its comparison.
 class Places {
  public:
+  /// Of findings alone.
+  explicit Places(std::string side) : side_(std::move(side)) {}
   /// `side` keeps the places of two sides apart: "ar" or "ap". Both arguments outlive this.
   Places(std::string side, const explain::Explanation& explanation);
   /// Findings and reasons that are about the same documents lead to one another.

@@ -114,14 +114,12 @@ void addReportFormatOptions(CLI::App& command, Format& format, ReportFile& file)
   addReportOptions(command, file);
 }
 
-bool isReport(const ReportFile& file) {
-  const bool report = file.form != ReportForm::none;
-  if (report && file.out.empty())
+void requireFile(const ReportFile& file) {
+  if (file.wanted() && file.out.empty())
     throw UsageError("--format html and xlsx write a file; add --out FILE");
-  if (!report && !file.out.empty())
+  if (!file.wanted() && !file.out.empty())
     throw UsageError("--out goes with --format html and xlsx; other forms go to standard output");
-  if (report) requireWritable(file.out, file);
-  return report;
+  if (file.wanted()) requireWritable(file.out, file);
 }
 
 void requireWritable(const std::string& name, const ReportFile& file) {

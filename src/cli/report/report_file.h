@@ -17,6 +17,9 @@ struct ReportFile {
   bool replace = false;
   std::string madeAt;  ///< empty: SOURCE_DATE_EPOCH of the environment, else now
   std::string author;  ///< empty: the log-in name
+
+  /// Whether the result is to be a report.
+  bool wanted() const { return form != ReportForm::none; }
 };
 
 /// --force, --as-of and --by.
@@ -25,9 +28,9 @@ void addReportOptions(CLI::App& command, ReportFile& file);
 /// report.
 void addReportFormatOptions(CLI::App& command, Format& format, ReportFile& file);
 
-/// Whether the result is to be a report. Raises UsageError where the file is missing or
-/// asked for in vain, and as requireWritable.
-bool isReport(const ReportFile& file);
+/// Before anything is worked out: raises UsageError where a report lacks its file or a file is
+/// given in vain, and as requireWritable.
+void requireFile(const ReportFile& file);
 /// Before anything is worked out: raises Failure where `name` exists and is not to be replaced,
 /// or where no file can be made there.
 void requireWritable(const std::string& name, const ReportFile& file);

@@ -151,8 +151,7 @@ Paragraph verdictOf(const Reconciliation& reconciliation,
 
 report::References stepsOf(const ClosingReport& report, const CheckedSide* side,
                            Sentences& sentences) {
-  const explain::Explanation nothing;
-  const Places places(sideCode(report.receivables), nothing);
+  const Places places(sideCode(report.receivables));
   const std::string name = sideName(report.receivables, sentences);
   report::References steps;
   for (const auto& [first, count] : byItem(report.findings))
@@ -179,8 +178,7 @@ report::References stepsOf(const ClosingReport& report, const CheckedSide* side,
 }
 
 Section closingSection(const ClosingReport& report, const CheckedSide* side, Sentences& sentences) {
-  const explain::Explanation nothing;
-  const Places alone(sideCode(report.receivables), nothing);
+  const Places alone(sideCode(report.receivables));
   const Places& places = side == nullptr ? alone : side->places;
   const Findings findings =
       side == nullptr ? report.findings : withoutVouchers(report.findings, sentences);
@@ -242,10 +240,9 @@ Section comparisonSection(const Reconciliation& reconciliation,
 }
 
 Section checkSection(const CheckReport& report, const std::string& title, Sentences& sentences) {
-  const explain::Explanation nothing;
   Section section;
   section.id = (report.side.empty() ? "accounts" : report.side + "-initial");
-  const Places places(section.id, nothing);
+  const Places places(section.id);
   section.title = title;
   section.summary = countsOf(report.findings, sentences);
   section.tone = toneOf(report.findings);
